@@ -1,0 +1,15 @@
+// The commands of pvx. Each adds itself to the command line parser and runs through the core.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace pvx::cli {
+
+// Exit status of every command: 0 success, 1 the program's message (bad input, failed run).
+inline constexpr int Exit_Ok = 0;
+inline constexpr int Exit_Failure = 1;
+
+// Each command sets `status` when it runs.
+void Add_Project_Commands(CLI::App& app, int& status);  // check, convert
+
+}  // namespace pvx::cli

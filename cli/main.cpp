@@ -1,0 +1,13 @@
+// pvx: the batch tool. Runs projects headless, checks and converts files, reads results.
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+
+int main(int argc, char** argv) {
+  CLI::App app{"pvx: batch tool of KIVA_TRV_PELDANOR_8 (KIVA, TRV and PELDANOR version 8.6.2)"};
+  app.require_subcommand(1);
+  int status = pvx::cli::Exit_Ok;
+  pvx::cli::Add_Project_Commands(app, status);
+  CLI11_PARSE(app, argc, argv);
+  return status;
+}
