@@ -39,6 +39,19 @@ int Add_Node(Project& p, double x, double y) {
   return p.Node_Y.add(y);
 }
 
+void Set_Result_Names(Project& p) {
+  p.Element_Replaced.clear();
+  const int runs = Number_Of_Runs(p);
+  if (p.Replace_Material != 0 && runs >= 1) {
+    p.Result_Names.assign(static_cast<std::size_t>(runs) + 1, p.Result_File_Name);
+    const std::string& name = p.Result_File_Name;
+    const std::string stem = name.size() >= 4 ? name.substr(0, name.size() - 4) : std::string();
+    for (int i = 2; i <= runs; ++i) p.Result_Names[static_cast<std::size_t>(i)] = stem + std::to_string(i) + ".RES";
+  } else {
+    p.Result_Names.assign(2, p.Result_File_Name);
+  }
+}
+
 Table<Function>& Function_Table(Project& p, Function_Family family) {
   switch (family) {
     case Function_Family::Temperature: return p.Temperature_Functions;

@@ -399,6 +399,11 @@ inline int Node_Count(const Project& p) { return p.Node_X.count(); }
 int Add_Node(Project& p, double x, double y);
 inline int Number_Of_Runs(const Project& p) { return p.Run_Material.count(); }
 
+// The result file names of the runs: with material variants and at least one run, entries 0 and 1
+// are Result_File_Name and entry i > 1 is Result_File_Name less its last four characters ("B.RES"
+// gives "B2.RES"); otherwise one name. Element_Replaced is emptied.
+void Set_Result_Names(Project& p);
+
 // The table of one function family.
 Table<Function>& Function_Table(Project& p, Function_Family family);
 const Table<Function>& Function_Table(const Project& p, Function_Family family);
