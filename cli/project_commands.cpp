@@ -1,10 +1,89 @@
+// pvx check and pvx convert: read a project as the program opens it, report or save it anew.
+#include <filesystem>
+#include <iostream>
+
+#include <fmt/format.h>
+
+#include "app/project_file.h"
+#include "app/shell.h"
 #include "commands.h"
+#include "project_io.h"
 
 namespace pvx::cli {
 
+std::string Work_Directory_Of(const std::string& project_path) {
+  std::error_code ec;
+  std::filesystem::path absolute = std::filesystem::absolute(project_path, ec);
+  if (ec) absolute = project_path;
+  return absolute.parent_path().string();
+}
+
+bool Open_Project(const std::string& path, Project& p, std::ostream& err) {
+  Read_Report report;
+  if (!Read_Project(path, Work_Directory_Of(path), p, report)) {
+    err << report.message << "\n";
+    if (!report.detail.empty()) err << "  (" << path << ": " << report.detail << ")\n";
+    return false;
+  }
+  After_Opening(p);
+  return true;
+}
+
+bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std::ostream& err) {
+  p.Project_File = path;
+  Save_Report report;
+  const bool ok = Save_Project(p, Work_Directory_Of(path), report);
+  for (const auto& message : report.messages) out << message << "\n";
+  if (!ok) err << report.error << "\n";
+  return ok;
+}
+
+void Print_Summary(const Project& p, std::ostream& out) {
+  out << fmt::format("Project:        {}\n", p.Project_File);
+  out << fmt::format("Version:        {}\n", p.File_Version);
+  out << fmt::format("Database:       {}\n", File_Part(p.Material_Database_Path));
+  out << fmt::format("Nodes:          {}\n", Node_Count(p));
+  out << fmt::format("Macros:         {}\n", p.Macro.count());
+  out << fmt::format("Borders:        {}\n", p.Border.count());
+  out << fmt::format("Circuits:       {}\n", p.Circuit.count());
+  out << fmt::format("Mesh nodes:     {}\n", p.Mesh_Node.count());
+  out << fmt::format("Mesh elements:  {}\n", p.Mesh_Element.count());
+  out << fmt::format("Periods:        {}\n", p.Period.count());
+  out << fmt::format("Runs:           {}\n", Number_Of_Runs(p));
+}
+
 void Add_Project_Commands(CLI::App& app, int& status) {
-  (void)app;
-  (void)status;
+  auto* check = app.add_subcommand("check", "Read a project file and print a short summary of it");
+  static std::string check_path;
+  check->add_option("PROJECT", check_path, "Project file (.PVX)")->required();
+  check->callback([&status] {
+    Project p;
+    if (!Open_Project(check_path, p, std::cerr)) {
+      status = Exit_Failure;
+      return;
+    }
+    Print_Summary(p, std::cout);
+    status = Exit_Ok;
+  });
+
+  auto* convert = app.add_subcommand("convert", "Read a project of any version and save it as the current version");
+  static std::string in_path, out_path;
+  convert->add_option("IN", in_path, "Project file to read")->required();
+  convert->add_option("OUT", out_path, "Project file to write")->required();
+  convert->callback([&status] {
+    Project p;
+    if (!Open_Project(in_path, p, std::cerr)) {
+      status = Exit_Failure;
+      return;
+    }
+    const int from = p.File_Version;
+    if (!Save_Project_As(p, out_path, std::cout, std::cerr)) {
+      status = Exit_Failure;
+      return;
+    }
+    std::cout << fmt::format("{} (version {}) saved as {} (version {})\n", in_path, from, out_path, p.File_Version);
+    status = Exit_Ok;
+  });
 }
 
 }  // namespace pvx::cli

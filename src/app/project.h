@@ -280,10 +280,11 @@ struct Mesh_Element : Macro_Values {
   bool operator==(const Mesh_Element&) const = default;
 };
 
-// One operation of the splitting history: three numbers and the ratios of the cut.
+// One cut of the splitting history: the element and side it starts from, and the cumulative
+// fractions of its division (the division is their count).
 struct Split_Record {
-  std::int16_t Value_1 = 0, Value_2 = 0, Value_3 = 0;
-  Table<double> Ratio;
+  std::int16_t Element = 0, Side = 0;
+  Table<double> Fractions;
   bool operator==(const Split_Record&) const = default;
 };
 
@@ -393,6 +394,8 @@ struct Project {
   // Materials of the database, in database order, with their display colours (RGB).
   Table<pvx::Material> Material;
   Table<std::int32_t> Material_Color;
+
+  bool operator==(const Project&) const = default;
 };
 
 inline int Node_Count(const Project& p) { return p.Node_X.count(); }
