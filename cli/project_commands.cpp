@@ -1,6 +1,8 @@
 // pvx check and pvx convert: read a project as the program opens it, report or save it anew.
 #include <filesystem>
 #include <iostream>
+#include <memory>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -33,7 +35,8 @@ bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std
   p.Project_File = path;
   Save_Report report;
   const bool ok = Save_Project(p, Work_Directory_Of(path), report);
-  for (const auto& message : report.messages) out << message << "\n";
+  for (const auto& message : report.messages)
+    out << message << "\n";
   if (!ok) err << report.error << "\n";
   return ok;
 }
@@ -54,11 +57,11 @@ void Print_Summary(const Project& p, std::ostream& out) {
 
 void Add_Project_Commands(CLI::App& app, int& status) {
   auto* check = app.add_subcommand("check", "Read a project file and print a short summary of it");
-  static std::string check_path;
-  check->add_option("PROJECT", check_path, "Project file (.PVX)")->required();
-  check->callback([&status] {
+  auto check_path = std::make_shared<std::string>();
+  check->add_option("PROJECT", *check_path, "Project file (.PVX)")->required();
+  check->callback([&status, check_path] {
     Project p;
-    if (!Open_Project(check_path, p, std::cerr)) {
+    if (!Open_Project(*check_path, p, std::cerr)) {
       status = Exit_Failure;
       return;
     }
@@ -66,11 +69,13 @@ void Add_Project_Commands(CLI::App& app, int& status) {
     status = Exit_Ok;
   });
 
-  auto* convert = app.add_subcommand("convert", "Read a project of any version and save it as the current version");
-  static std::string in_path, out_path;
-  convert->add_option("IN", in_path, "Project file to read")->required();
-  convert->add_option("OUT", out_path, "Project file to write")->required();
-  convert->callback([&status] {
+  auto* convert =
+      app.add_subcommand("convert", "Read a project of any version and save it as the current version");
+  auto paths = std::make_shared<std::pair<std::string, std::string>>();
+  convert->add_option("IN", paths->first, "Project file to read")->required();
+  convert->add_option("OUT", paths->second, "Project file to write")->required();
+  convert->callback([&status, paths] {
+    const auto& [in_path, out_path] = *paths;
     Project p;
     if (!Open_Project(in_path, p, std::cerr)) {
       status = Exit_Failure;
@@ -81,7 +86,8 @@ void Add_Project_Commands(CLI::App& app, int& status) {
       status = Exit_Failure;
       return;
     }
-    std::cout << fmt::format("{} (version {}) saved as {} (version {})\n", in_path, from, out_path, p.File_Version);
+    std::cout << fmt::format("{} (version {}) saved as {} (version {})\n", in_path, from, out_path,
+                             p.File_Version);
     status = Exit_Ok;
   });
 }

@@ -22,14 +22,22 @@ void Resize_Pipes(Circuit& c, int pipe_count) {
 
 const char* Function_Family_Word(Function_Family family) {
   switch (family) {
-    case Function_Family::Temperature: return "Temperature";
-    case Function_Family::Radiation: return "Radiation";
-    case Function_Family::Flow: return "Flow";
-    case Function_Family::Displacement: return "Displacement";
-    case Function_Family::Spring: return "Spring";
-    case Function_Family::Moisture_Potential: return "Moisture Potential";
-    case Function_Family::Water_Pressure: return "Water Pressure";
-    case Function_Family::Load: return "Load";
+    case Function_Family::Temperature:
+      return "Temperature";
+    case Function_Family::Radiation:
+      return "Radiation";
+    case Function_Family::Flow:
+      return "Flow";
+    case Function_Family::Displacement:
+      return "Displacement";
+    case Function_Family::Spring:
+      return "Spring";
+    case Function_Family::Moisture_Potential:
+      return "Moisture Potential";
+    case Function_Family::Water_Pressure:
+      return "Water Pressure";
+    case Function_Family::Load:
+      return "Load";
   }
   return "";
 }
@@ -46,7 +54,8 @@ void Set_Result_Names(Project& p) {
     p.Result_Names.assign(static_cast<std::size_t>(runs) + 1, p.Result_File_Name);
     const std::string& name = p.Result_File_Name;
     const std::string stem = name.size() >= 4 ? name.substr(0, name.size() - 4) : std::string();
-    for (int i = 2; i <= runs; ++i) p.Result_Names[static_cast<std::size_t>(i)] = stem + std::to_string(i) + ".RES";
+    for (int i = 2; i <= runs; ++i)
+      p.Result_Names[static_cast<std::size_t>(i)] = stem + std::to_string(i) + ".RES";
   } else {
     p.Result_Names.assign(2, p.Result_File_Name);
   }
@@ -54,14 +63,22 @@ void Set_Result_Names(Project& p) {
 
 Table<Function>& Function_Table(Project& p, Function_Family family) {
   switch (family) {
-    case Function_Family::Temperature: return p.Temperature_Functions;
-    case Function_Family::Radiation: return p.Radiation_Functions;
-    case Function_Family::Flow: return p.Flow_Functions;
-    case Function_Family::Displacement: return p.Displacement_Functions;
-    case Function_Family::Spring: return p.Spring_Functions;
-    case Function_Family::Moisture_Potential: return p.Potential_Functions;
-    case Function_Family::Water_Pressure: return p.Water_Pressure_Functions;
-    case Function_Family::Load: return p.Load_Functions;
+    case Function_Family::Temperature:
+      return p.Temperature_Functions;
+    case Function_Family::Radiation:
+      return p.Radiation_Functions;
+    case Function_Family::Flow:
+      return p.Flow_Functions;
+    case Function_Family::Displacement:
+      return p.Displacement_Functions;
+    case Function_Family::Spring:
+      return p.Spring_Functions;
+    case Function_Family::Moisture_Potential:
+      return p.Potential_Functions;
+    case Function_Family::Water_Pressure:
+      return p.Water_Pressure_Functions;
+    case Function_Family::Load:
+      return p.Load_Functions;
   }
   return p.Temperature_Functions;
 }

@@ -28,7 +28,9 @@ namespace pvx {
 using Flag = std::int16_t;
 inline constexpr Flag True_Flag = -1;
 inline constexpr Flag False_Flag = 0;
-inline constexpr Flag As_Flag(bool b) { return b ? True_Flag : False_Flag; }
+inline constexpr Flag As_Flag(bool b) {
+  return b ? True_Flag : False_Flag;
+}
 
 // Fixed capacities of the mesh layer.
 inline constexpr int Max_Mesh_Elements = 25000;
@@ -39,14 +41,14 @@ inline constexpr int Max_I16_Reference = 32767;
 
 // The eight initial and time values shared by a macro and the elements cut from it.
 struct Macro_Values {
-  float Temperature = 20;         // initial temperature, oC
-  float Potential = 1;            // initial moisture potential, [-]
-  float Maturity = 0;             // initial maturity, hours
-  float Thickness = 1;            // out-of-plane thickness, mm
-  float Present_From = 0;         // hours
-  float Present_Until = 1000;     // hours
-  float Dead_Weight_At = 1001;    // time at which dead weight is applied, hours
-  float Moisture_Content = 130;   // initial moisture content, kg/m3
+  float Temperature = 20;        // initial temperature, oC
+  float Potential = 1;           // initial moisture potential, [-]
+  float Maturity = 0;            // initial maturity, hours
+  float Thickness = 1;           // out-of-plane thickness, mm
+  float Present_From = 0;        // hours
+  float Present_Until = 1000;    // hours
+  float Dead_Weight_At = 1001;   // time at which dead weight is applied, hours
+  float Moisture_Content = 130;  // initial moisture content, kg/m3
   bool operator==(const Macro_Values&) const = default;
 };
 
@@ -69,15 +71,19 @@ struct Function {
   double Cut_Off_Value = 0;
   double Constant_Value = 0;
   double Average = 0;
-  Table<double> Frequency;    // [1/day]
+  Table<double> Frequency;  // [1/day]
   Table<double> Amplitude;
   Table<double> Phase_Shift;  // [hours]
   Table<double> Point_Time;   // hours; a displacement for the family `Spring`
   Table<double> Point_Value;
   bool operator==(const Function&) const = default;
 };
-inline int Sine_Count(const Function& f) { return f.Frequency.count(); }
-inline int Point_Count(const Function& f) { return f.Point_Time.count(); }
+inline int Sine_Count(const Function& f) {
+  return f.Frequency.count();
+}
+inline int Point_Count(const Function& f) {
+  return f.Point_Time.count();
+}
 void Resize_Sines(Function& f, int n);
 void Resize_Points(Function& f, int n);
 
@@ -97,24 +103,24 @@ inline constexpr int Function_Family_Count = 8;
 const char* Function_Family_Word(Function_Family family);
 
 struct Thermal_Period {
-  double From = 0, Until = 72;                 // hours
-  std::int16_t Temperature_Function = 1;       // family Temperature
-  double Convection_Coefficient = 21;          // W/m2K
-  std::int16_t Radiation_Function = 1;         // family Radiation
-  double Es = 0, Ea = 0, Er = 0;               // emissivity coefficients
-  Flag Radiation_On = True_Flag;               // one of Es, Ea, Er is non-zero
-  Flag Convection_On = True_Flag;              // the coefficient is non-zero
+  double From = 0, Until = 72;            // hours
+  std::int16_t Temperature_Function = 1;  // family Temperature
+  double Convection_Coefficient = 21;     // W/m2K
+  std::int16_t Radiation_Function = 1;    // family Radiation
+  double Es = 0, Ea = 0, Er = 0;          // emissivity coefficients
+  Flag Radiation_On = True_Flag;          // one of Es, Ea, Er is non-zero
+  Flag Convection_On = True_Flag;         // the coefficient is non-zero
   bool operator==(const Thermal_Period&) const = default;
 };
 
 struct Hygral_Period {
-  double From = 0, Until = 8768;               // hours
-  std::int16_t Potential_Function = 1;         // family Moisture Potential
-  double Transfer_Coefficient = 1e-8;          // evaporation transfer coefficient
-  Flag Is_Water_Pressure = False_Flag;         // true "Water pressure", false "Evaporation"
-  std::int16_t Water_Pressure_Function = 1;    // family Water Pressure
-  std::int16_t Pressure_Kind = 1;              // 1 follows a function, 2 "Constant level"
-  double Constant_Level = 30;                  // m
+  double From = 0, Until = 8768;             // hours
+  std::int16_t Potential_Function = 1;       // family Moisture Potential
+  double Transfer_Coefficient = 1e-8;        // evaporation transfer coefficient
+  Flag Is_Water_Pressure = False_Flag;       // true "Water pressure", false "Evaporation"
+  std::int16_t Water_Pressure_Function = 1;  // family Water Pressure
+  std::int16_t Pressure_Kind = 1;            // 1 follows a function, 2 "Constant level"
+  double Constant_Level = 30;                // m
   bool operator==(const Hygral_Period&) const = default;
 };
 
@@ -141,17 +147,17 @@ struct Interface {
 
 // A reinforcement bar; design and mesh bars share the record.
 struct Rebar {
-  std::string Material;                  // a material with its REIN flag set
+  std::string Material;  // a material with its REIN flag set
   std::int16_t Material_Number = 0;
   Flag Active = False_Flag;
-  double Diameter = 16;                  // mm
+  double Diameter = 16;  // mm
   double Lateral_Coefficient = 0;
-  double X1 = 0, X2 = 0, Y1 = 0, Y2 = 0; // end points, mm
-  double From = 0, Until = 1000;         // hours
-  double Length = 100;                   // mm; a bar of zero length holds 100
-  double Direction_Cos = 1, Direction_Sin = 0;  // unit vector from end 1 to end 2
-  Array1<std::int32_t, 12> Dof;          // equation numbers of a mesh bar
-  std::int32_t Element_Number = 0;       // element that holds a mesh bar
+  double X1 = 0, X2 = 0, Y1 = 0, Y2 = 0;           // end points, mm
+  double From = 0, Until = 1000;                   // hours
+  double Length = 100;                             // mm; a bar of zero length holds 100
+  double Direction_Cos = 1, Direction_Sin = 0;     // unit vector from end 1 to end 2
+  Array1<std::int32_t, 12> Dof;                    // equation numbers of a mesh bar
+  std::int32_t Element_Number = 0;                 // element that holds a mesh bar
   Array1<double, 4> Node_Factor_A, Node_Factor_B;  // shape weights of the ends in that element
   double Bar_Offset = 0;
   bool operator==(const Rebar&) const = default;
@@ -160,16 +166,16 @@ struct Rebar {
 // A cooling circuit: Pipe_Count pipes cross the section, pipe i at design node Pipe_Node(i).
 // Distance has one entry more than there are pipes. Resize with `Resize_Pipes`.
 struct Circuit {
-  std::int16_t Pipe_Count = 2;             // "Number of pipes"
-  Table<std::int16_t> Pipe_Node;           // Pipe_Count entries
-  double Diameter = 28;                    // mm
-  double Transfer_Coefficient = 1000;      // W/m2/K
-  double Liquid_Capacity = 4180;           // kJ/m3/K
-  std::int16_t Temperature_Function = 1;   // family Temperature
-  std::int16_t Flow_Function = 1;          // family Flow
-  Flag Closed_Circuit = False_Flag;        // "Connected to outlet (closed circuit)"
-  Table<double> Distance;                  // m, Pipe_Count + 1 entries
-  double Active_From = 0, Active_Until = 36;  // hours
+  std::int16_t Pipe_Count = 2;                     // "Number of pipes"
+  Table<std::int16_t> Pipe_Node;                   // Pipe_Count entries
+  double Diameter = 28;                            // mm
+  double Transfer_Coefficient = 1000;              // W/m2/K
+  double Liquid_Capacity = 4180;                   // kJ/m3/K
+  std::int16_t Temperature_Function = 1;           // family Temperature
+  std::int16_t Flow_Function = 1;                  // family Flow
+  Flag Closed_Circuit = False_Flag;                // "Connected to outlet (closed circuit)"
+  Table<double> Distance;                          // m, Pipe_Count + 1 entries
+  double Active_From = 0, Active_Until = 36;       // hours
   Table<Array1<std::int16_t, 9>> Pipe_Connection;  // per pipe, connection data to the mesh
   bool operator==(const Circuit&) const = default;
 };
@@ -180,14 +186,14 @@ struct Point_T {
   double Present_From = 0, Until = 1000;
   std::int16_t Temperature_Function = 1;
   double X = 0, Y = 0;
-  std::int16_t Element = 0;               // found by Set_Prescribed_Data
+  std::int16_t Element = 0;  // found by Set_Prescribed_Data
   double Local_X = 0, Local_Y = 0;
   bool operator==(const Point_T&) const = default;
 };
 struct Line_T {
   double Present_From = 0, Until = 1000;
   std::int16_t Temperature_Function = 1;
-  std::int16_t Node_A = 0, Node_B = 0;    // design nodes of a macro side
+  std::int16_t Node_A = 0, Node_B = 0;  // design nodes of a macro side
   bool operator==(const Line_T&) const = default;
 };
 struct Area_T {
@@ -208,22 +214,22 @@ struct Prescribed_Node {
 struct Support {
   double Present_From = 0, Until = 10000;
   Flag Is_Fixed = True_Flag;
-  Flag Has_Offset = False_Flag;      // displacements count from the state at Present_From
-  Flag Has_Function = False_Flag;    // the fixed direction follows a displacement function
-  double Reference_Value = 0;        // run-time reference of the offset
+  Flag Has_Offset = False_Flag;    // displacements count from the state at Present_From
+  Flag Has_Function = False_Flag;  // the fixed direction follows a displacement function
+  double Reference_Value = 0;      // run-time reference of the offset
   Flag Is_Spring = False_Flag;
-  double Angle = -90;                // degrees
+  double Angle = -90;  // degrees
   std::int16_t Displacement_Function = 1;
   std::int16_t Spring_Function = 1;
-  Flag Is_Global = True_Flag;        // line support: angle from the X axis, else from the side
+  Flag Is_Global = True_Flag;  // line support: angle from the X axis, else from the side
   double X = 0, Y = 0;
   std::int16_t Element = 0;
   double Local_X = 0, Local_Y = 0;
   std::int16_t Node_A = 0, Node_B = 0;
-  double Effective_Thickness = 0;    // thickness, or radius when axisymmetric
+  double Effective_Thickness = 0;  // thickness, or radius when axisymmetric
   double Segment_Length = 0;
-  double Support_Diagonal = 0;       // working value of the assembly, never stored
-  Array1<std::int32_t, 4> Dof;       // mesh supports only
+  double Support_Diagonal = 0;  // working value of the assembly, never stored
+  Array1<std::int32_t, 4> Dof;  // mesh supports only
   bool operator==(const Support&) const = default;
 };
 
@@ -231,13 +237,13 @@ struct Support {
 // the constant Value.
 struct Load {
   double Present_From = 0, Until = 1000;
-  double Value = 1000;               // MPa, or N/mm for a point
+  double Value = 1000;  // MPa, or N/mm for a point
   double Factor = 1;
-  Flag Is_Level = True_Flag;         // given by "Level [m]"
-  Flag Is_Function = False_Flag;     // given by "Function"
-  double Level = 20;                 // m
-  double Angle = 0;                  // degrees
-  std::int16_t Load_Function = 1;    // family Load
+  Flag Is_Level = True_Flag;       // given by "Level [m]"
+  Flag Is_Function = False_Flag;   // given by "Function"
+  double Level = 20;               // m
+  double Angle = 0;                // degrees
+  std::int16_t Load_Function = 1;  // family Load
   Flag Is_Global = True_Flag;
   double X = 0, Y = 0;
   std::int16_t Element = 0;
@@ -254,7 +260,7 @@ struct Load {
 struct Out_Of_Plane {
   Flag Plane_Stress = True_Flag;
   Flag Axisymmetric = False_Flag;
-  double Offset_Radius = 0;          // mm, distance of the Y axis from the axis of revolution
+  double Offset_Radius = 0;  // mm, distance of the Y axis from the axis of revolution
   Flag Plane_Strain = False_Flag;
   Flag Rotation_X_Fixed = False_Flag;
   Flag Rotation_Y_Fixed = False_Flag;
@@ -273,10 +279,10 @@ struct Mesh_Node {
 };
 
 struct Mesh_Element : Macro_Values {
-  std::string Material;                // copied from the macro
+  std::string Material;  // copied from the macro
   std::int16_t Macro_Number = 0;
-  Array1<std::int16_t, 4> Corner;      // mesh nodes, in the order of the macro
-  Array1<std::int32_t, 8> Dof;         // mechanical equations; 2n-1, 2n for mesh node n by default
+  Array1<std::int16_t, 4> Corner;  // mesh nodes, in the order of the macro
+  Array1<std::int32_t, 8> Dof;     // mechanical equations; 2n-1, 2n for mesh node n by default
   bool operator==(const Mesh_Element&) const = default;
 };
 
@@ -374,7 +380,7 @@ struct Project {
   Table<pvx::Interface> Mesh_Interface;  // at most Max_Mesh_Interfaces
   Table<pvx::Rebar> Mesh_Rebar;          // at most Max_Mesh_Rebars
   Table<Support> Mesh_Support;
-  Table<Load> Mesh_Load;                 // rebuilt before each run, never stored
+  Table<Load> Mesh_Load;                        // rebuilt before each run, never stored
   Table<pvx::Prescribed_Node> Prescribed_Node;  // rebuilt before each run, never stored
 
   // Splitting history.
@@ -398,9 +404,13 @@ struct Project {
   bool operator==(const Project&) const = default;
 };
 
-inline int Node_Count(const Project& p) { return p.Node_X.count(); }
+inline int Node_Count(const Project& p) {
+  return p.Node_X.count();
+}
 int Add_Node(Project& p, double x, double y);
-inline int Number_Of_Runs(const Project& p) { return p.Run_Material.count(); }
+inline int Number_Of_Runs(const Project& p) {
+  return p.Run_Material.count();
+}
 
 // The result file names of the runs: with material variants and at least one run, entries 0 and 1
 // are Result_File_Name and entry i > 1 is Result_File_Name less its last four characters ("B.RES"

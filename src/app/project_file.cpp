@@ -132,12 +132,19 @@ class Reader {
   void begin_line() {}
   void end_line() {}
 
-  void i16(std::int16_t& v) { v = static_cast<std::int16_t>(integer(std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max(), "i16")); }
-  void i32(std::int32_t& v) { v = static_cast<std::int32_t>(integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(), "i32")); }
+  void i16(std::int16_t& v) {
+    v = static_cast<std::int16_t>(
+        integer(std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max(), "i16"));
+  }
+  void i32(std::int32_t& v) {
+    v = static_cast<std::int32_t>(
+        integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(), "i32"));
+  }
   void f32(float& v) {
     std::string t = token("f32");
     float x = 0;
-    if (ok() && !Parse_Float(t, x)) fail("a single-precision number was expected, found \"" + Shorten(t) + "\"");
+    if (ok() && !Parse_Float(t, x))
+      fail("a single-precision number was expected, found \"" + Shorten(t) + "\"");
     v = ok() ? x : 0.0f;
   }
   void f64(double& v) {
@@ -146,7 +153,10 @@ class Reader {
     if (ok() && !Parse_Double(t, x)) fail("a number was expected, found \"" + Shorten(t) + "\"");
     v = ok() ? x : 0.0;
   }
-  void flag(Flag& v) { v = As_Flag(integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(), "flag") != 0); }
+  void flag(Flag& v) {
+    v = As_Flag(integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(),
+                        "flag") != 0);
+  }
   void flag_number(Flag& v) { flag(v); }
   void text(std::string& v) {
     skip_blanks();
@@ -193,7 +203,9 @@ class Reader {
   }
 
   void fail(const std::string& why) {
-    if (error_.empty()) error_ = why + " (value " + std::to_string(values_read_) + ", line " + std::to_string(line_at(pos_)) + ")";
+    if (error_.empty())
+      error_ =
+          why + " (value " + std::to_string(values_read_) + ", line " + std::to_string(line_at(pos_)) + ")";
   }
 
  private:
@@ -234,10 +246,12 @@ class Reader {
   }
 
   void skip_blanks() {
-    while (pos_ < s_.size() && (s_[pos_] == ' ' || s_[pos_] == '\t')) ++pos_;
+    while (pos_ < s_.size() && (s_[pos_] == ' ' || s_[pos_] == '\t'))
+      ++pos_;
   }
   void skip_blanks_and_line_ends() {
-    while (pos_ < s_.size() && (s_[pos_] == ' ' || s_[pos_] == '\t' || s_[pos_] == '\r' || s_[pos_] == '\n')) ++pos_;
+    while (pos_ < s_.size() && (s_[pos_] == ' ' || s_[pos_] == '\t' || s_[pos_] == '\r' || s_[pos_] == '\n'))
+      ++pos_;
   }
 
   // Consumes the end of a value: one comma (and a line end right behind it), or one line end.
@@ -264,16 +278,19 @@ class Reader {
       return {};
     }
     std::size_t start = pos_;
-    while (pos_ < s_.size() && s_[pos_] != ',' && s_[pos_] != '\r' && s_[pos_] != '\n') ++pos_;
+    while (pos_ < s_.size() && s_[pos_] != ',' && s_[pos_] != '\r' && s_[pos_] != '\n')
+      ++pos_;
     std::size_t end = pos_;
-    while (end > start && (s_[end - 1] == ' ' || s_[end - 1] == '\t')) --end;
+    while (end > start && (s_[end - 1] == ' ' || s_[end - 1] == '\t'))
+      --end;
     delimiter();
     ++values_read_;
     return s_.substr(start, end - start);
   }
 
   int line_at(std::size_t pos) const {
-    return 1 + static_cast<int>(std::count(s_.begin(), s_.begin() + static_cast<long>(std::min(pos, s_.size())), '\n'));
+    return 1 + static_cast<int>(
+                   std::count(s_.begin(), s_.begin() + static_cast<long>(std::min(pos, s_.size())), '\n'));
   }
 
   static std::string Shorten(const std::string& t) { return t.size() > 40 ? t.substr(0, 40) + "..." : t; }
@@ -287,10 +304,12 @@ class Reader {
       ++i;
     }
     int digits = 0;
-    while (i < t.size() && std::isdigit(static_cast<unsigned char>(t[i]))) canonical += t[i++], ++digits;
+    while (i < t.size() && std::isdigit(static_cast<unsigned char>(t[i])))
+      canonical += t[i++], ++digits;
     if (i < t.size() && t[i] == '.') {
       canonical += t[i++];
-      while (i < t.size() && std::isdigit(static_cast<unsigned char>(t[i]))) canonical += t[i++], ++digits;
+      while (i < t.size() && std::isdigit(static_cast<unsigned char>(t[i])))
+        canonical += t[i++], ++digits;
     }
     if (digits == 0) return false;
     if (i < t.size() && (t[i] == 'E' || t[i] == 'e' || t[i] == 'D' || t[i] == 'd')) {
@@ -298,7 +317,8 @@ class Reader {
       ++i;
       if (i < t.size() && (t[i] == '+' || t[i] == '-')) canonical += t[i++];
       int exponent_digits = 0;
-      while (i < t.size() && std::isdigit(static_cast<unsigned char>(t[i]))) canonical += t[i++], ++exponent_digits;
+      while (i < t.size() && std::isdigit(static_cast<unsigned char>(t[i])))
+        canonical += t[i++], ++exponent_digits;
       if (exponent_digits == 0) return false;
     }
     return i == t.size();
@@ -367,7 +387,8 @@ template <class IO>
 void Exchange_Function_Family(IO& io, Table<Function>& table) {
   int n = io.count_i16(table.count(), 8);
   if constexpr (IO::reading) table.resize(n);
-  for (int k = 1; k <= n && io.ok(); ++k) Exchange_Function(io, table[k]);
+  for (int k = 1; k <= n && io.ok(); ++k)
+    Exchange_Function(io, table[k]);
 }
 
 template <class IO>
@@ -410,14 +431,16 @@ void Exchange_Border(IO& io, Border& b, bool with_hygral_periods) {
   io.flag_number(b.Hygral_Active);
   int thermal = io.count_i16(b.Thermal_Periods.count(), 10);
   if constexpr (IO::reading) b.Thermal_Periods.resize(thermal);
-  for (int k = 1; k <= thermal && io.ok(); ++k) Exchange_Thermal_Period(io, b.Thermal_Periods[k]);
+  for (int k = 1; k <= thermal && io.ok(); ++k)
+    Exchange_Thermal_Period(io, b.Thermal_Periods[k]);
   if (!with_hygral_periods) {
     if constexpr (IO::reading) b.Hygral_Periods.clear();
     return;
   }
   int hygral = io.count_i16(b.Hygral_Periods.count(), 8);
   if constexpr (IO::reading) b.Hygral_Periods.resize(hygral);
-  for (int k = 1; k <= hygral && io.ok(); ++k) Exchange_Hygral_Period(io, b.Hygral_Periods[k]);
+  for (int k = 1; k <= hygral && io.ok(); ++k)
+    Exchange_Hygral_Period(io, b.Hygral_Periods[k]);
 }
 
 template <class IO>
@@ -440,7 +463,8 @@ void Exchange_Circuit(IO& io, Circuit& c) {
   for (int k = 1; k <= pipes && io.ok(); ++k) {
     io.i16(c.Pipe_Node[k]);
     io.f64(c.Distance[k]);
-    for (int j = 1; j <= 9; ++j) io.i16(c.Pipe_Connection[k][j]);
+    for (int j = 1; j <= 9; ++j)
+      io.i16(c.Pipe_Connection[k][j]);
   }
   if constexpr (IO::reading) {
     if (!io.ok()) return;
@@ -498,7 +522,8 @@ void Exchange_Rebar(IO& io, Rebar& r) {
   io.flag(r.Active);
   io.f64(r.Direction_Cos);
   io.f64(r.Diameter);
-  for (int k = 1; k <= 12; ++k) io.i32(r.Dof[k]);
+  for (int k = 1; k <= 12; ++k)
+    io.i32(r.Dof[k]);
   io.i32(r.Element_Number);
   io.f64(r.Bar_Offset);
   io.f64(r.Lateral_Coefficient);
@@ -532,23 +557,28 @@ void Exchange_Interface(IO& io, Interface& i, bool mesh) {
 }
 
 template <class IO, class T, class F>
-void Exchange_Table_I16(IO& io, Table<T>& table, int values_per_entry, F&& each, int capacity = std::numeric_limits<int>::max()) {
+void Exchange_Table_I16(IO& io, Table<T>& table, int values_per_entry, F&& each,
+                        int capacity = std::numeric_limits<int>::max()) {
   int n = io.count_i16(table.count(), values_per_entry, false, capacity);
   if constexpr (IO::reading) table.resize(n);
-  for (int k = 1; k <= n && io.ok(); ++k) each(table[k]);
+  for (int k = 1; k <= n && io.ok(); ++k)
+    each(table[k]);
 }
 
 template <class IO, class T, class F>
-void Exchange_Table_I32(IO& io, Table<T>& table, int values_per_entry, F&& each, int capacity = std::numeric_limits<int>::max()) {
+void Exchange_Table_I32(IO& io, Table<T>& table, int values_per_entry, F&& each,
+                        int capacity = std::numeric_limits<int>::max()) {
   int n = io.count_i32(table.count(), values_per_entry, false, capacity);
   if constexpr (IO::reading) table.resize(n);
-  for (int k = 1; k <= n && io.ok(); ++k) each(table[k]);
+  for (int k = 1; k <= n && io.ok(); ++k)
+    each(table[k]);
 }
 
 // Everything behind record 2 (the database name), which the caller handles.
 template <class IO>
 void Exchange_Body(IO& io, Project& p, int version) {
-  for (auto& line : p.Project_Text) io.text(line);
+  for (auto& line : p.Project_Text)
+    io.text(line);
 
   io.flag(p.Rect_Grid_Snap);
   io.flag(p.Rect_Grid_Visible);
@@ -594,13 +624,15 @@ void Exchange_Body(IO& io, Project& p, int version) {
   for (int k = 1; k <= polygons && io.ok(); ++k) {
     io.text(p.Polygon[k].Name);
     io.begin_line();
-    for (int j = 1; j <= 4; ++j) io.i16(p.Polygon[k].Corner[j]);
+    for (int j = 1; j <= 4; ++j)
+      io.i16(p.Polygon[k].Corner[j]);
     io.end_line();
   }
 
   Exchange_Table_I16(io, p.Macro, 13, [&](Macro& m) {
     io.text(m.Material);
-    for (int j = 1; j <= 4; ++j) io.i16(m.Corner[j]);
+    for (int j = 1; j <= 4; ++j)
+      io.i16(m.Corner[j]);
     Exchange_Macro_Values(io, m);
   });
 
@@ -627,7 +659,8 @@ void Exchange_Body(IO& io, Project& p, int version) {
     io.i16(s.Side);
     int division = io.count_i16(s.Fractions.count(), 1);
     if constexpr (IO::reading) s.Fractions.resize(division);
-    for (int k = 1; k <= division && io.ok(); ++k) io.f64(s.Fractions[k]);
+    for (int k = 1; k <= division && io.ok(); ++k)
+      io.f64(s.Fractions[k]);
   });
   if constexpr (IO::reading) p.Split_Position = static_cast<std::int16_t>(p.Split.count());
 
@@ -640,11 +673,13 @@ void Exchange_Body(IO& io, Project& p, int version) {
       io, p.Mesh_Element, 13,
       [&](Mesh_Element& e) {
         io.text(e.Material);
-        for (int j = 1; j <= 4; ++j) io.i16(e.Corner[j]);
+        for (int j = 1; j <= 4; ++j)
+          io.i16(e.Corner[j]);
         io.i16(e.Macro_Number);
         Exchange_Macro_Values(io, e);
         if (version >= Version_Dof) {
-          for (int j = 1; j <= 8; ++j) io.i32(e.Dof[j]);
+          for (int j = 1; j <= 8; ++j)
+            io.i32(e.Dof[j]);
         } else if constexpr (IO::reading) {
           for (int j = 1; j <= 4; ++j) {
             e.Dof[2 * j - 1] = 2 * e.Corner[j] - 1;
@@ -715,7 +750,8 @@ void Exchange_Body(IO& io, Project& p, int version) {
     Exchange_Table_I16(io, p.Mesh_Support, 17, [&](Support& s) {
       Exchange_Support(io, s);
       if (version >= Version_Dof) {
-        for (int j = 1; j <= 4; ++j) io.i32(s.Dof[j]);
+        for (int j = 1; j <= 4; ++j)
+          io.i32(s.Dof[j]);
       } else if constexpr (IO::reading) {
         s.Dof[1] = 2 * s.Node_A - 1;
         s.Dof[2] = 2 * s.Node_A;
@@ -734,8 +770,10 @@ void Exchange_Body(IO& io, Project& p, int version) {
       p.Point_Load.resize(point_loads);
       p.Line_Load.resize(line_loads);
     }
-    for (int k = 1; k <= point_loads && io.ok(); ++k) Exchange_Load(io, p.Point_Load[k]);
-    for (int k = 1; k <= line_loads && io.ok(); ++k) Exchange_Load(io, p.Line_Load[k]);
+    for (int k = 1; k <= point_loads && io.ok(); ++k)
+      Exchange_Load(io, p.Point_Load[k]);
+    for (int k = 1; k <= line_loads && io.ok(); ++k)
+      Exchange_Load(io, p.Line_Load[k]);
   } else if constexpr (IO::reading) {
     p.Point_Load.clear();
     p.Line_Load.clear();
@@ -758,11 +796,14 @@ void Exchange_Body(IO& io, Project& p, int version) {
     p.Interface.resize(interfaces);
     p.Mesh_Interface.resize(mesh_interfaces);
   }
-  for (int k = 1; k <= interfaces && io.ok(); ++k) Exchange_Interface(io, p.Interface[k], false);
-  for (int k = 1; k <= mesh_interfaces && io.ok(); ++k) Exchange_Interface(io, p.Mesh_Interface[k], true);
+  for (int k = 1; k <= interfaces && io.ok(); ++k)
+    Exchange_Interface(io, p.Interface[k], false);
+  for (int k = 1; k <= mesh_interfaces && io.ok(); ++k)
+    Exchange_Interface(io, p.Mesh_Interface[k], true);
 
   Exchange_Table_I32(io, p.Rebar, 40, [&](Rebar& r) { Exchange_Rebar(io, r); });
-  Exchange_Table_I32(io, p.Mesh_Rebar, 40, [&](Rebar& r) { Exchange_Rebar(io, r); }, Max_Mesh_Rebars);
+  Exchange_Table_I32(
+      io, p.Mesh_Rebar, 40, [&](Rebar& r) { Exchange_Rebar(io, r); }, Max_Mesh_Rebars);
 
   io.flag(p.Constant_Shear);
 
@@ -773,7 +814,9 @@ void Exchange_Body(IO& io, Project& p, int version) {
   }
 }
 
-int Clamp_Version(int version) { return std::min(version, Current_File_Version); }
+int Clamp_Version(int version) {
+  return std::min(version, Current_File_Version);
+}
 
 }  // namespace
 
@@ -788,7 +831,8 @@ std::string Write_Project_Text(const Project& p, int version, const std::string&
   return w.take();
 }
 
-bool Parse_Project_Text(const std::string& text, Project& p, std::string& database_record, Read_Report& report) {
+bool Parse_Project_Text(const std::string& text, Project& p, std::string& database_record,
+                        Read_Report& report) {
   New_Project(p);
   Reader r(text);
   std::int16_t version = 0;
@@ -840,8 +884,10 @@ bool Read_Whole_File(const std::string& path, std::string& text) {
 // Directory names compared as text ignoring case and a trailing separator.
 bool Same_Directory(std::string a, std::string b) {
   auto strip = [](std::string& s) {
-    while (s.size() > 1 && (s.back() == '/' || s.back() == '\\')) s.pop_back();
-    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    while (s.size() > 1 && (s.back() == '/' || s.back() == '\\'))
+      s.pop_back();
+    for (char& c : s)
+      c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   };
   strip(a);
   strip(b);
@@ -850,7 +896,8 @@ bool Same_Directory(std::string a, std::string b) {
 
 }  // namespace
 
-bool Read_Project(const std::string& path, const std::string& work_directory, Project& p, Read_Report& report) {
+bool Read_Project(const std::string& path, const std::string& work_directory, Project& p,
+                  Read_Report& report) {
   std::string text;
   if (!Read_Whole_File(path, text)) {
     report.message = File_Cannot_Be_Opened;
@@ -895,9 +942,10 @@ bool Save_Project(Project& p, const std::string& work_directory, Save_Report& re
       database_record = short_name;
       p.Material_Database_Path = Join_Path(work_directory, short_name);
     } else {
-      report.messages.push_back("With making a copy of file (" + database + ") to file (" + copy +
-                                ") an error occured ! The complete path is stored of the original database in the "
-                                ".PVX file ! ");
+      report.messages.push_back(
+          "With making a copy of file (" + database + ") to file (" + copy +
+          ") an error occured ! The complete path is stored of the original database in the "
+          ".PVX file ! ");
       database_record = database;
     }
   }

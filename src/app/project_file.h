@@ -12,12 +12,12 @@ namespace pvx {
 
 // The version every save writes, and the thresholds at which the format grew.
 inline constexpr int Current_File_Version = 109;
-inline constexpr int Version_Inner_Radius = 101;  // Circ_Inner_Radius (before: 750)
-inline constexpr int Version_Load_Family = 102;   // the function family Load
-inline constexpr int Version_Loads = 103;         // point and line loads
-inline constexpr int Version_Mesh_Supports = 104; // mesh supports
-inline constexpr int Version_Dof = 106;           // Dof of mesh elements and supports (before: derived)
-inline constexpr int Version_Colours = 109;       // material colours
+inline constexpr int Version_Inner_Radius = 101;   // Circ_Inner_Radius (before: 750)
+inline constexpr int Version_Load_Family = 102;    // the function family Load
+inline constexpr int Version_Loads = 103;          // point and line loads
+inline constexpr int Version_Mesh_Supports = 104;  // mesh supports
+inline constexpr int Version_Dof = 106;            // Dof of mesh elements and supports (before: derived)
+inline constexpr int Version_Colours = 109;        // material colours
 
 inline constexpr const char* File_Cannot_Be_Opened = "File cannot be opened !";
 
@@ -41,7 +41,8 @@ std::string Write_Project_Text(const Project& p, int version, const std::string&
 // Parses the text of a project file into `p`, which is reset first. On failure returns false and
 // fills `report`; `p` is then in an unspecified state, so callers read into a fresh Project.
 // The database record is returned as it stands in the file (record 2).
-bool Parse_Project_Text(const std::string& text, Project& p, std::string& database_record, Read_Report& report);
+bool Parse_Project_Text(const std::string& text, Project& p, std::string& database_record,
+                        Read_Report& report);
 
 // The directory part of a path up to and including its last separator ("/" or "\"), or empty.
 std::string getdir(const std::string& path);
@@ -54,7 +55,8 @@ std::string Join_Path(const std::string& work_directory, const std::string& name
 // success; on failure `p` is untouched and report.message is "File cannot be opened !".
 // The database name in the file is joined to `work_directory` to form Material_Database_Path.
 // Does not read the material database (see Load_Project).
-bool Read_Project(const std::string& path, const std::string& work_directory, Project& p, Read_Report& report);
+bool Read_Project(const std::string& path, const std::string& work_directory, Project& p,
+                  Read_Report& report);
 
 // Writes p to p.Project_File, as version 109. The text goes to a temporary file beside the target
 // that is renamed over it, so a failed save leaves the previous file as it was. A database outside

@@ -6,7 +6,8 @@ namespace pvx {
 
 void Initialize_Program(Shell& shell, Project& p, bool decimal_comma) {
   shell.Mechanical_Iteration_Limit = 10;
-  for (double& limit : shell.Mechanical_Limits) limit = 0.001;
+  for (double& limit : shell.Mechanical_Limits)
+    limit = 0.001;
   shell.Decimal_Comma = decimal_comma;
   New_Project(p);
   p.Replace_Material = True_Flag;
@@ -19,7 +20,10 @@ void Initialize_Program(Shell& shell, Project& p, bool decimal_comma) {
 }
 
 void After_Opening(Project& p) {
-  if (p.File_Version < 108) p.Result_File_Name.clear();
+  if (p.File_Version < 108) {
+    p.Result_File_Name.clear();
+    Set_Result_Names(p);
+  }
   p.Project_Saved = False_Flag;
 }
 

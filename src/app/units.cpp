@@ -24,12 +24,16 @@ bool Locale_Uses_Decimal_Comma() {
 namespace {
 
 std::string_view Trim(std::string_view t) {
-  while (!t.empty() && (t.front() == ' ' || t.front() == '\t')) t.remove_prefix(1);
-  while (!t.empty() && (t.back() == ' ' || t.back() == '\t')) t.remove_suffix(1);
+  while (!t.empty() && (t.front() == ' ' || t.front() == '\t'))
+    t.remove_prefix(1);
+  while (!t.empty() && (t.back() == ' ' || t.back() == '\t'))
+    t.remove_suffix(1);
   return t;
 }
 
-bool Is_Digit(char c) { return c >= '0' && c <= '9'; }
+bool Is_Digit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 // Parses [+-] digits [sep digits] [(E|D) [+-] digits] with `sep` the locale's decimal sign and at
 // least one digit in the mantissa. Returns false on anything else.
@@ -128,7 +132,8 @@ struct Decimal {
 // The shortest decimal digits that read back to |value| (value finite and non-zero).
 Decimal To_Decimal(double value) {
   char buffer[64];
-  auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific);
+  auto [end, ec] =
+      std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific);
   (void)ec;
   std::string_view s(buffer, static_cast<std::size_t>(end - buffer));
   Decimal d;
@@ -150,7 +155,8 @@ Decimal Round_Digits(Decimal d, int keep) {
   d.digits.resize(static_cast<std::size_t>(keep));
   if (up) {
     int i = keep - 1;
-    while (i >= 0 && d.digits[static_cast<std::size_t>(i)] == '9') d.digits[static_cast<std::size_t>(i--)] = '0';
+    while (i >= 0 && d.digits[static_cast<std::size_t>(i)] == '9')
+      d.digits[static_cast<std::size_t>(i--)] = '0';
     if (i >= 0) {
       ++d.digits[static_cast<std::size_t>(i)];
     } else {
@@ -158,13 +164,15 @@ Decimal Round_Digits(Decimal d, int keep) {
       ++d.exponent;
     }
   }
-  while (!d.digits.empty() && d.digits.back() == '0') d.digits.pop_back();
+  while (!d.digits.empty() && d.digits.back() == '0')
+    d.digits.pop_back();
   if (d.digits.empty()) d.exponent = 0;
   return d;
 }
 
 char Digit_At(const Decimal& d, int index) {
-  return index >= 0 && index < static_cast<int>(d.digits.size()) ? d.digits[static_cast<std::size_t>(index)] : '0';
+  return index >= 0 && index < static_cast<int>(d.digits.size()) ? d.digits[static_cast<std::size_t>(index)]
+                                                                 : '0';
 }
 
 std::string Fixed_Text(double value, int decimals) {
@@ -182,10 +190,12 @@ std::string Fixed_Text(double value, int decimals) {
   if (!d.digits.empty() && value < 0) out += '-';
   // Digit index k of d stands for the place 10^(exponent - k).
   const int e = d.digits.empty() ? 0 : d.exponent;
-  for (int place = std::max(e, 0); place >= 0; --place) out += d.digits.empty() ? '0' : Digit_At(d, e - place);
+  for (int place = std::max(e, 0); place >= 0; --place)
+    out += d.digits.empty() ? '0' : Digit_At(d, e - place);
   if (decimals > 0) {
     out += '.';
-    for (int k = 1; k <= decimals; ++k) out += d.digits.empty() ? '0' : Digit_At(d, e + k);
+    for (int k = 1; k <= decimals; ++k)
+      out += d.digits.empty() ? '0' : Digit_At(d, e + k);
   }
   return out;
 }
@@ -198,7 +208,8 @@ std::string Scientific_Text(double value, int decimals) {
   out += Digit_At(d, 0);
   if (decimals > 0) {
     out += '.';
-    for (int k = 1; k <= decimals; ++k) out += Digit_At(d, k);
+    for (int k = 1; k <= decimals; ++k)
+      out += Digit_At(d, k);
   }
   const int e = d.digits.empty() ? 0 : d.exponent;
   out += e < 0 ? "e-" : "e+";
@@ -237,25 +248,43 @@ namespace {
 double Factor(int kind) {
   switch (kind) {
     case 4:
-    case 12: return 645.16 / 4448.2216152605;
-    case 5: return 1 / 0.83612736;
-    case 6: return 1 / 0.764554857984;
-    case 7: return 1 / 0.9144;
+    case 12:
+      return 645.16 / 4448.2216152605;
+    case 5:
+      return 1 / 0.83612736;
+    case 6:
+      return 1 / 0.764554857984;
+    case 7:
+      return 1 / 0.9144;
     case 8:
-    case 9: return 1 / 4.4482216152605;
-    case 10: return 0.764554857984 / 0.45359237;
-    case 11: return 25.4 / 4.4482216152605;
-    case 13: return 1 / 0.44704;
-    case 14: return 334.45094400000005 / 1899.100534716;
-    case 15: return 1097.28 / 1899.100534716;
-    case 16: return 0.764554857984 / 1.8991005347160002;
-    case 17: return 334.45094400000005 / 1055.05585262;
-    case 18: return 1 / 1.05505585262;
-    case 19: return 16387.064 / 4448.2216152605;
-    case 20: return 1 / 1.8;
-    case 21: return 0.764554857984 / 1.05505585262;
-    case 23: return 4448.2216152605 / 1161.288;
-    default: return 0;
+    case 9:
+      return 1 / 4.4482216152605;
+    case 10:
+      return 0.764554857984 / 0.45359237;
+    case 11:
+      return 25.4 / 4.4482216152605;
+    case 13:
+      return 1 / 0.44704;
+    case 14:
+      return 334.45094400000005 / 1899.100534716;
+    case 15:
+      return 1097.28 / 1899.100534716;
+    case 16:
+      return 0.764554857984 / 1.8991005347160002;
+    case 17:
+      return 334.45094400000005 / 1055.05585262;
+    case 18:
+      return 1 / 1.05505585262;
+    case 19:
+      return 16387.064 / 4448.2216152605;
+    case 20:
+      return 1 / 1.8;
+    case 21:
+      return 0.764554857984 / 1.05505585262;
+    case 23:
+      return 4448.2216152605 / 1161.288;
+    default:
+      return 0;
   }
 }
 
@@ -265,11 +294,16 @@ double Convert_Unit(bool to_imperial, int kind, double value) {
   switch (kind) {
     // Lengths and masses keep the rounded factor one way and the exact one back: 100 mm shows as
     // 3.937 in, and 3.937 in typed gives 99.9998 mm.
-    case 1: return to_imperial ? value * 0.03937 : value * 25.4;
-    case 2: return to_imperial ? value * 2.204623 : value * 0.45359237;
-    case 3: return to_imperial ? value * 1.8 + 32 : (value - 32) / 1.8;
-    case 22: return to_imperial ? (value - 273.15) * 1.8 + 32 : (value - 32) / 1.8 + 273.15;
-    default: break;
+    case 1:
+      return to_imperial ? value * 0.03937 : value * 25.4;
+    case 2:
+      return to_imperial ? value * 2.204623 : value * 0.45359237;
+    case 3:
+      return to_imperial ? value * 1.8 + 32 : (value - 32) / 1.8;
+    case 22:
+      return to_imperial ? (value - 273.15) * 1.8 + 32 : (value - 32) / 1.8 + 273.15;
+    default:
+      break;
   }
   const double f = Factor(kind);
   if (f == 0) return 0;

@@ -39,7 +39,8 @@ Project Expected_After_Read(const Project& written, int version) {
         el.Dof[2 * j - 1] = 2 * el.Corner[j] - 1;
         el.Dof[2 * j] = 2 * el.Corner[j];
       }
-    for (auto& s : e.Mesh_Support) s.Dof = {{2 * s.Node_A - 1, 2 * s.Node_A, 2 * s.Node_B - 1, 2 * s.Node_B}};
+    for (auto& s : e.Mesh_Support)
+      s.Dof = {{2 * s.Node_A - 1, 2 * s.Node_A, 2 * s.Node_B - 1, 2 * s.Node_B}};
   }
   if (version < 109) e.Material_Color.clear();
   return e;
@@ -201,7 +202,8 @@ struct Comma_Numpunct : std::numpunct<char> {
 TEST(Project_File, NumbersAreWrittenWithAPointInAnyLocale) {
   // Both the C++ global locale and, where one is installed, the C locale write a comma here.
   const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Comma_Numpunct));
-  const bool c_locale = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") || std::setlocale(LC_NUMERIC, "nl_NL.UTF-8");
+  const bool c_locale =
+      std::setlocale(LC_NUMERIC, "de_DE.UTF-8") || std::setlocale(LC_NUMERIC, "nl_NL.UTF-8");
   Project p;
   New_Project(p);
   p.Snap_Size = 2.5;
@@ -286,7 +288,8 @@ TEST(Project_File, RandomDamageNeverCrashes) {
   for (int trial = 0; trial < 400; ++trial) {
     std::string t = good;
     const int changes = 1 + static_cast<int>(random() % 4);
-    for (int c = 0; c < changes; ++c) t[random() % t.size()] = alphabet[random() % (sizeof alphabet - 1)];
+    for (int c = 0; c < changes; ++c)
+      t[random() % t.size()] = alphabet[random() % (sizeof alphabet - 1)];
     Read_Report report;
     if (!Parses(t, &report)) {
       EXPECT_EQ(report.message, "File cannot be opened !");
@@ -400,9 +403,10 @@ TEST(Project_File, AFailedDatabaseCopyStoresTheFullPathAndStillSaves) {
   Save_Report report;
   ASSERT_TRUE(Save_Project(p, dir.path().string(), report));
   ASSERT_EQ(report.messages.size(), 1u);
-  EXPECT_EQ(report.messages[0], "With making a copy of file (" + missing + ") to file (" + dir.file("WALL.txt") +
-                                    ") an error occured ! The complete path is stored of the original database in "
-                                    "the .PVX file ! ");
+  EXPECT_EQ(report.messages[0],
+            "With making a copy of file (" + missing + ") to file (" + dir.file("WALL.txt") +
+                ") an error occured ! The complete path is stored of the original database in "
+                "the .PVX file ! ");
   EXPECT_EQ(Read_Text(p.Project_File).substr(0, 40), "109\r\n\"/nonexistent-folder/PVX2003.txt\"\r\n");
   // Read back, the stored path is looked for in the work directory.
   Project back;

@@ -21,7 +21,8 @@ inline Project Rich_Project() {
   p.Snap_Mode = 1;
   p.Reserved_Value_1 = 1.0 / 3.0;
   p.Reserved_Value_2 = -2.5e17;
-  for (int k = 1; k <= 6; ++k) Add_Node(p, 100.0 * k + 0.25, -50.0 * k / 3.0);
+  for (int k = 1; k <= 6; ++k)
+    Add_Node(p, 100.0 * k + 0.25, -50.0 * k / 3.0);
   p.Polygon.add(Polygon{"old polygon", {{1, 2, 3, 4}}});
   for (int k = 1; k <= 2; ++k) {
     Macro m;
@@ -99,7 +100,8 @@ inline Project Rich_Project() {
   for (int k = 1; k <= 3; ++k) {
     c.Pipe_Node[k] = static_cast<std::int16_t>(k + 1);
     c.Distance[k] = 2.5 * k;
-    for (int j = 1; j <= 9; ++j) c.Pipe_Connection[k][j] = static_cast<std::int16_t>(10 * k + j);
+    for (int j = 1; j <= 9; ++j)
+      c.Pipe_Connection[k][j] = static_cast<std::int16_t>(10 * k + j);
   }
   c.Distance[4] = 7.25;
   c.Closed_Circuit = True_Flag;
@@ -112,13 +114,14 @@ inline Project Rich_Project() {
   p.Split_Position = 2;
   p.Mesh_Valid = True_Flag;
 
-  for (int k = 1; k <= 9; ++k) p.Mesh_Node.add(Mesh_Node{10.0 * (k % 3) + 0.001, 20.0 * (k / 3)});
+  for (int k = 1; k <= 9; ++k)
+    p.Mesh_Node.add(Mesh_Node{10.0 * (k % 3) + 0.001, 20.0 * (k / 3)});
   for (int k = 1; k <= 4; ++k) {
     Mesh_Element e;
     e.Material = "C30/37 CEM I";
     e.Macro_Number = 1;
-    e.Corner = {{static_cast<std::int16_t>(k), static_cast<std::int16_t>(k + 1), static_cast<std::int16_t>(k + 4),
-                 static_cast<std::int16_t>(k + 3)}};
+    e.Corner = {{static_cast<std::int16_t>(k), static_cast<std::int16_t>(k + 1),
+                 static_cast<std::int16_t>(k + 4), static_cast<std::int16_t>(k + 3)}};
     for (int j = 1; j <= 4; ++j) {
       e.Dof[2 * j - 1] = 2 * e.Corner[j] - 1;
       e.Dof[2 * j] = 2 * e.Corner[j];
@@ -215,7 +218,8 @@ inline Project Rich_Project() {
   r.Length = 50;
   r.Direction_Cos = 0.6;
   r.Direction_Sin = 0.8;
-  for (int k = 1; k <= 12; ++k) r.Dof[k] = 100 + k;
+  for (int k = 1; k <= 12; ++k)
+    r.Dof[k] = 100 + k;
   r.Element_Number = 3;
   for (int k = 1; k <= 4; ++k) {
     r.Node_Factor_A[k] = 0.25 * k;

@@ -13,7 +13,8 @@ class Temp_Dir {
  public:
   Temp_Dir() {
     std::random_device rd;
-    path_ = std::filesystem::temp_directory_path() / ("pvx-test-" + std::to_string(rd()) + std::to_string(rd()));
+    path_ =
+        std::filesystem::temp_directory_path() / ("pvx-test-" + std::to_string(rd()) + std::to_string(rd()));
     std::filesystem::create_directories(path_);
   }
   ~Temp_Dir() {
@@ -42,6 +43,8 @@ inline void Write_Text(const std::string& path, const std::string& text) {
   out << text;
 }
 
-inline std::string Source_Path(const std::string& relative) { return std::string(PVX_SOURCE_DIR) + "/" + relative; }
+inline std::string Source_Path(const std::string& relative) {
+  return std::string(PVX_SOURCE_DIR) + "/" + relative;
+}
 
 }  // namespace pvx::test
