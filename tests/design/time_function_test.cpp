@@ -194,21 +194,6 @@ TEST(Function_Editor, AtLeastTwoPointsStay) {
   EXPECT_EQ(Point_Count(f), 2);
 }
 
-TEST(Function_Editor, CaptionsAndUnitsOfTheFamilies) {
-  auto c = Function_Family_Captions(Function_Family::Water_Pressure, false);
-  EXPECT_STREQ(c.title, "Water pressure function");
-  EXPECT_STREQ(c.y_caption, "Water pressure [yd]");
-  EXPECT_STREQ(c.x_caption, "Time [hours]");
-  c = Function_Family_Captions(Function_Family::Spring, true);
-  EXPECT_STREQ(c.x_caption, "Displ. [mm]");
-  EXPECT_STREQ(c.value_label, "Average");
-  c = Function_Family_Captions(Function_Family::Moisture_Potential, false);
-  EXPECT_STREQ(c.y_caption, "Moisture Potential [-]");
-  EXPECT_EQ(Function_Family_Unit_Kinds(Function_Family::Temperature).value_kind, 3);
-  EXPECT_EQ(Function_Family_Unit_Kinds(Function_Family::Spring).time_kind, 1);
-  EXPECT_EQ(Function_Family_Unit_Kinds(Function_Family::Load).value_kind, 0);
-}
-
 TEST(Function_Editor, TypedNumberAboveTheFamilyAddsACopyOnYes) {
   Project p;
   New_Project(p);
