@@ -3,46 +3,37 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace pvx {
 
 namespace {
 
+// A running minimum and maximum; an empty range reads as 0, 0.
 struct Range {
-  double min = 0, max = 0;
-  bool any = false;
+  double min = std::numeric_limits<double>::infinity();
+  double max = -std::numeric_limits<double>::infinity();
   void add(double v) {
-    if (!any) {
-      min = max = v;
-      any = true;
-    } else {
-      if (v < min) min = v;
-      if (v > max) max = v;
-    }
+    min = v < min ? v : min;
+    max = v > max ? v : max;
   }
+  Range done() const { return min <= max ? *this : Range{0, 0}; }
 };
 
 Range Over(std::span<const double> values) {
   Range r;
-  if (values.empty()) return r;
-  r.add(values[0]);
-  double lo = r.min, hi = r.max;
-  for (double v : values) {
-    lo = v < lo ? v : lo;
-    hi = v > hi ? v : hi;
-  }
-  r.min = lo;
-  r.max = hi;
-  return r;
+  for (double v : values)
+    r.add(v);
+  return r.done();
 }
 
-// Every `stride`-th value from `first` (0-based), and the one after it when `pair` is set.
+// From value `first` (0-based) on, `count` values out of every `stride`.
 Range Strided(std::span<const double> values, std::size_t stride, std::size_t first, std::size_t count) {
   Range r;
   for (std::size_t i = first; i < values.size(); i += stride)
     for (std::size_t k = 0; k < count && i + k < values.size(); ++k)
       r.add(values[i + k]);
-  return r;
+  return r.done();
 }
 
 class Sampler {
@@ -77,7 +68,10 @@ class Sampler {
     stats_.Overall_Minimum[col] = std::min(stats_.Overall_Minimum[col], step_min);
     stats_.Overall_Maximum[col] = std::max(stats_.Overall_Maximum[col], step_max);
   }
-  void put(int v, const Range& r) { put(v, r.min, r.max, r.min, r.max); }
+  void put(int v, const Range& r) {
+    const Range d = r.done();
+    put(v, d.min, d.max, d.min, d.max);
+  }
 
   double step_max(int v) const {
     return stats_.Field_Maximum[static_cast<std::size_t>(row_)][static_cast<std::size_t>(v)];
@@ -137,7 +131,8 @@ void Sample_Field_Extremes(Run_Index& index, Field_Statistics& stats, int row, i
     s.put(12, Strided(f.Displacement, 2, 1, 1));
     Range total;
     for (std::size_t i = 0; i + 1 < f.Displacement.size(); i += 2)
-      total.add(std::hypot(f.Displacement[i], f.Displacement[i + 1]));
+      total.add(
+          std::sqrt(f.Displacement[i] * f.Displacement[i] + f.Displacement[i + 1] * f.Displacement[i + 1]));
     s.put(20, total);
     index.Extremes[20].PeriodMin = 0;
 
@@ -145,8 +140,11 @@ void Sample_Field_Extremes(Run_Index& index, Field_Statistics& stats, int row, i
     const std::size_t corners = f.Corner_Stress.size() / 4;
     for (std::size_t k = 0; k < corners; ++k) {
       const double* q = f.Corner_Stress.data() + 4 * k;
-      major.add(Major_Principal(q[0], q[1], q[2]));
-      minor.add(Minor_Principal(q[0], q[1], q[2]));
+      // The principal stresses of the viewer, with one root for both.
+      const double centre = (q[0] + q[1]) / 2, half = (q[0] - q[1]) / 2;
+      const double radius = std::sqrt(half * half + q[2] * q[2]);
+      major.add(static_cast<float>(centre + radius));
+      minor.add(static_cast<float>(centre - radius));
       sxx.add(q[0]);
       syy.add(q[1]);
       sxy.add(q[2]);
