@@ -20,22 +20,23 @@ double Periodical_Value(const Function& f, double t) {
   return sum;
 }
 
-double Piecewise_Value(const Function& f, double t) {
-  const int points = std::min(f.Point_Time.count(), f.Point_Value.count());
-  if (points < 1) return 0;
-  if (t <= f.Point_Time[1]) return f.Point_Value[1];
-  for (int i = 2; i <= points; ++i) {
-    if (t <= f.Point_Time[i]) {
-      const double span = f.Point_Time[i] - f.Point_Time[i - 1];
-      if (span <= 0) return f.Point_Value[i - 1];
-      return f.Point_Value[i - 1] +
-             (f.Point_Value[i] - f.Point_Value[i - 1]) * (t - f.Point_Time[i - 1]) / span;
-    }
-  }
-  return f.Point_Value[points];
-}
+double Piecewise_Value(const Function& f, double t) { return Piecewise_Linear(f.Point_Time, f.Point_Value, t); }
 
 }  // namespace
+
+double Piecewise_Linear(const Table<double>& times, const Table<double>& values, double t) {
+  const int points = std::min(times.count(), values.count());
+  if (points < 1) return 0;
+  if (t <= times[1]) return values[1];
+  for (int i = 2; i <= points; ++i) {
+    if (t <= times[i]) {
+      const double span = times[i] - times[i - 1];
+      if (span <= 0) return values[i - 1];
+      return values[i - 1] + (values[i] - values[i - 1]) * (t - times[i - 1]) / span;
+    }
+  }
+  return values[points];
+}
 
 double Evaluate_Function(const Function& f, double t) {
   double result = 0;

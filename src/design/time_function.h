@@ -24,6 +24,10 @@ inline constexpr double Function_Day_Factor = 0.2617994;
 // previous one makes a jump, and at that time the earlier value holds.
 double Evaluate_Function(const Function& f, double t);
 
+// Linear interpolation in a table of points with rising abscissae; the end values hold outside it
+// (the piecewise-linear form of a function, also used for the tables of the material database).
+double Piecewise_Linear(const Table<double>& times, const Table<double>& values, double t);
+
 // ---- The editor ------------------------------------------------------------------------------
 
 enum class Function_Form { Constant, Periodical, Piecewise };
