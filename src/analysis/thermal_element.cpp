@@ -26,9 +26,9 @@ void Shape_Functions(double a, double b, double N[4], double dN_da[4], double dN
 
 void Element_Thermal_Matrices(const Element_Geometry& g, const double capacity[4],
                               const double conductivity[4], Block10& C, Block10& K, Block10& M) {
-  C.fill(0);
-  K.fill(0);
-  M.fill(0);
+  C = Block10{};
+  K = Block10{};
+  M = Block10{};
   const Gauss_Points gp = Set_Gauss_Points();
   double x[4], y[4];
   for (int n = 0; n < 4; ++n) {
@@ -58,9 +58,9 @@ void Element_Thermal_Matrices(const Element_Geometry& g, const double capacity[4
     for (int i = 0; i < 4; ++i) {
       for (int j = i; j < 4; ++j, ++k) {
         const double mass = W * N[i] * N[j];
-        M[k] += mass;
-        C[k] += capacity[p] * mass;
-        K[k] += conductivity[p] * W * (Nx[i] * Nx[j] + Ny[i] * Ny[j]);
+        M.v[k] += mass;
+        C.v[k] += capacity[p] * mass;
+        K.v[k] += conductivity[p] * W * (Nx[i] * Nx[j] + Ny[i] * Ny[j]);
       }
     }
   }

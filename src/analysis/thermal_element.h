@@ -6,13 +6,13 @@
 // of thickness (plane) or per radian (axisymmetric).
 #pragma once
 
-#include <array>
+#include "app/table.h"
 
 namespace pvx {
 
-using Block10 = std::array<double, 10>;
+using Block10 = Array1<double, 10>;
 
-// Position in a Block10 of entry (i, j), 1 <= i, j <= 4, either order.
+// Offset in Block10::v (from 0) of entry (i, j), 1 <= i, j <= 4, either order.
 constexpr int Block_Index(int i, int j) {
   if (i > j) {
     const int t = i;

@@ -8,7 +8,7 @@ namespace pvx {
 namespace {
 
 double Entry(const Block10& b, int i, int j) {
-  return b[static_cast<std::size_t>(Block_Index(i, j))];
+  return b.v[Block_Index(i, j)];
 }
 
 const double ones[4] = {1, 1, 1, 1};
