@@ -49,6 +49,10 @@ int Add_Node(Project& p, double x, double y) {
 
 void Set_Result_Names(Project& p) {
   p.Element_Replaced.clear();
+  Set_Result_File_Names(p);
+}
+
+void Set_Result_File_Names(Project& p) {
   const int runs = Number_Of_Runs(p);
   if (p.Replace_Material != 0 && runs >= 1) {
     p.Result_Names.assign(static_cast<std::size_t>(runs) + 1, p.Result_File_Name);

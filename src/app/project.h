@@ -414,8 +414,10 @@ inline int Number_Of_Runs(const Project& p) {
 
 // The result file names of the runs: with material variants and at least one run, entries 0 and 1
 // are Result_File_Name and entry i > 1 is Result_File_Name less its last four characters ("B.RES"
-// gives "B2.RES"); otherwise one name. Element_Replaced is emptied.
+// gives "B2.RES"); otherwise one name. Element_Replaced is emptied, as when a file is read.
 void Set_Result_Names(Project& p);
+// The same names, with Element_Replaced kept: the elements chosen for replacement before a run.
+void Set_Result_File_Names(Project& p);
 
 // The table of one function family.
 Table<Function>& Function_Table(Project& p, Function_Family family);
