@@ -126,6 +126,11 @@ bool Make_Pipe_Hole(Project& p, Mesh_Session& session, int node, double radius, 
   for (const Around& r : around) {
     const Mesh_Element& e = p.Mesh_Element[r.element];
     for (int j = 1; j <= 3; ++j) {
+      if (!p.Mesh_Node.valid(Corner(e, r.corner + j))) {
+        message = "Element " + std::to_string(r.element) +
+                  " refers to a node that does not exist; the cooling circuits are not integrated.";
+        return false;
+      }
       const Mesh_Node& t = p.Mesh_Node[Corner(e, r.corner + j)];
       const double length = std::hypot(t.X - x, t.Y - y);
       if (!(radius > 0) || !(radius < length)) {

@@ -38,6 +38,13 @@ struct Cut {
     journal.touched.push_back(el);
     return true;
   }
+  // A strip element read from a file may refer to nodes that do not exist.
+  bool Valid_Corners(int el, int r, int t) {
+    if (p.Mesh_Node.valid(r) && p.Mesh_Node.valid(t)) return true;
+    message = "Element " + std::to_string(el) +
+              " refers to a node that does not exist; the cut is not carried out.";
+    return false;
+  }
   // Appends the n-1 nodes from node `from` towards node `to` at the fractions of the cut.
   bool Nodes_Along(int from, int to, std::vector<int>& out) {
     const Mesh_Node a = p.Mesh_Node[from];
@@ -111,7 +118,7 @@ bool Cut_Strip(Cut& cut, int element, int side) {
     const Mesh_Element& ge = p.Mesh_Element[g];
     const int j = Side_Of(ge, from, to);
     const int pn = Corner(ge, j), q = Corner(ge, j + 1), r = Corner(ge, j + 2), t = Corner(ge, j + 3);
-    if (!cut.Nodes_Along(r, t, R)) return false;
+    if (!cut.Valid_Corners(g, r, t) || !cut.Nodes_Along(r, t, R)) return false;
     cut.Save(g);
     cut.Set(g, r, R[1], side_a[2], q);
     for (int k = 2; k <= n - 1; ++k)
@@ -134,7 +141,7 @@ bool Cut_Strip(Cut& cut, int element, int side) {
     const Mesh_Element& ge = p.Mesh_Element[g];
     const int j = Side_Of(ge, from, to);
     const int pn = Corner(ge, j), q = Corner(ge, j + 1), r = Corner(ge, j + 2), t = Corner(ge, j + 3);
-    if (!cut.Nodes_Along(t, r, R)) return false;
+    if (!cut.Valid_Corners(g, r, t) || !cut.Nodes_Along(t, r, R)) return false;
     cut.Save(g);
     cut.Set(g, pn, side_b[2], R[1], t);
     for (int k = 2; k <= n - 1; ++k)
