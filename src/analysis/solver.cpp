@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <cstddef>
 
 #if (defined(__x86_64__) || defined(__i386__)) && defined(__GNUC__)
@@ -159,7 +160,7 @@ inline double Dot_Portable(const double* x, const double* y, Index m) {
   return (s0 + s1) + (s2 + s3);
 }
 
-// Step 3 of a column: every entry below the top row is reduced by the inner product of the entries
+// The reduction of a column: every entry below the top row is reduced by the inner product of the entries
 // above it in column j and the same rows of column i (which is already factorised).
 void Reduce_Column_Portable(double* a, const std::int32_t* cp, int j, int top_j) {
   const Index offset_j = Column_Offset(cp, j);
@@ -204,6 +205,18 @@ PVX_AVX2 inline double Horizontal_Sum(__m256d v) {
   return _mm_cvtsd_f64(_mm_add_sd(pair, _mm_unpackhi_pd(pair, pair)));
 }
 
+// The sums of the lanes of v0..v3, in the lanes 0..3 of one vector.
+PVX_AVX2 inline __m256d Horizontal_Sum4(__m256d v0, __m256d v1, __m256d v2, __m256d v3) {
+  const __m256d h01 = _mm256_hadd_pd(v0, v1), h23 = _mm256_hadd_pd(v2, v3);
+  return _mm256_add_pd(_mm256_permute2f128_pd(h01, h23, 0x20), _mm256_permute2f128_pd(h01, h23, 0x31));
+}
+
+// Lanes 0..count-1 set (count 0..3): the last few entries of a sum are loaded under this mask, so
+// that no sum ends in a scalar loop and nothing past the end of a column is read.
+PVX_AVX2 inline __m256i Tail_Mask(Index count) {
+  return _mm256_cmpgt_epi64(_mm256_set1_epi64x(count), _mm256_setr_epi64x(0, 1, 2, 3));
+}
+
 PVX_AVX2 inline double Dot_Avx2(const double* x, const double* y, Index m) {
   __m256d s0 = _mm256_setzero_pd(), s1 = _mm256_setzero_pd();
   __m256d s2 = _mm256_setzero_pd(), s3 = _mm256_setzero_pd();
@@ -216,10 +229,11 @@ PVX_AVX2 inline double Dot_Avx2(const double* x, const double* y, Index m) {
   }
   for (; k + 4 <= m; k += 4)
     s0 = _mm256_fmadd_pd(_mm256_loadu_pd(x + k), _mm256_loadu_pd(y + k), s0);
-  double tail = 0;
-  for (; k < m; ++k)
-    tail += x[k] * y[k];
-  return Horizontal_Sum(_mm256_add_pd(_mm256_add_pd(s0, s1), _mm256_add_pd(s2, s3))) + tail;
+  if (k < m) {
+    const __m256i mask = Tail_Mask(m - k);
+    s1 = _mm256_fmadd_pd(_mm256_maskload_pd(x + k, mask), _mm256_maskload_pd(y + k, mask), s1);
+  }
+  return Horizontal_Sum(_mm256_add_pd(_mm256_add_pd(s0, s1), _mm256_add_pd(s2, s3)));
 }
 
 // The four inner products of y with x0..x3 over m entries, added to s[0..3].
@@ -249,17 +263,17 @@ PVX_AVX2 inline void Dot4_Avx2(const double* x0, const double* x1, const double*
     a3 = _mm256_fmadd_pd(_mm256_loadu_pd(x3 + k), ya, a3);
     k += 4;
   }
-  double t0 = 0, t1 = 0, t2 = 0, t3 = 0;
-  for (; k < m; ++k) {
-    t0 += x0[k] * y[k];
-    t1 += x1[k] * y[k];
-    t2 += x2[k] * y[k];
-    t3 += x3[k] * y[k];
+  if (k < m) {
+    const __m256i mask = Tail_Mask(m - k);
+    const __m256d yt = _mm256_maskload_pd(y + k, mask);
+    b0 = _mm256_fmadd_pd(_mm256_maskload_pd(x0 + k, mask), yt, b0);
+    b1 = _mm256_fmadd_pd(_mm256_maskload_pd(x1 + k, mask), yt, b1);
+    b2 = _mm256_fmadd_pd(_mm256_maskload_pd(x2 + k, mask), yt, b2);
+    b3 = _mm256_fmadd_pd(_mm256_maskload_pd(x3 + k, mask), yt, b3);
   }
-  s[0] += Horizontal_Sum(_mm256_add_pd(a0, b0)) + t0;
-  s[1] += Horizontal_Sum(_mm256_add_pd(a1, b1)) + t1;
-  s[2] += Horizontal_Sum(_mm256_add_pd(a2, b2)) + t2;
-  s[3] += Horizontal_Sum(_mm256_add_pd(a3, b3)) + t3;
+  const __m256d sums = Horizontal_Sum4(_mm256_add_pd(a0, b0), _mm256_add_pd(a1, b1), _mm256_add_pd(a2, b2),
+                                       _mm256_add_pd(a3, b3));
+  _mm256_storeu_pd(s, _mm256_add_pd(_mm256_loadu_pd(s), sums));
 }
 
 PVX_AVX2 void Reduce_Column_Avx2(double* a, const std::int32_t* cp, int j, int top_j) {
@@ -287,14 +301,15 @@ PVX_AVX2 void Reduce_Column_Avx2(double* a, const std::int32_t* cp, int j, int t
           Dot4_Avx2(a + (offset[0] + shared), a + (offset[1] + shared), a + (offset[2] + shared),
                     a + (offset[3] + shared), a + (offset_j + shared), i - shared, s);
         }
+        // The block's own rows as a unit lower triangular solve; the differences t do not wait
+        // for the rows above them, so the chain from row to row is one multiply-add long.
         double* g = a + (offset_j + i);  // g[r] is the entry of row i+r of column j
+        const double t1 = g[1] - s[1], t2 = g[2] - s[2], t3 = g[3] - s[3];
         g[0] -= s[0];
-        s[1] += a[offset[1] + i] * g[0];
-        g[1] -= s[1];
-        s[2] += a[offset[2] + i] * g[0] + a[offset[2] + i + 1] * g[1];
-        g[2] -= s[2];
-        s[3] += a[offset[3] + i] * g[0] + a[offset[3] + i + 1] * g[1] + a[offset[3] + i + 2] * g[2];
-        g[3] -= s[3];
+        g[1] = std::fma(-a[offset[1] + i], g[0], t1);
+        g[2] = std::fma(-a[offset[2] + i + 1], g[1], std::fma(-a[offset[2] + i], g[0], t2));
+        g[3] = std::fma(-a[offset[3] + i + 2], g[2],
+                        std::fma(-a[offset[3] + i + 1], g[1], std::fma(-a[offset[3] + i], g[0], t3)));
         i += 4;
         continue;
       }
@@ -303,6 +318,33 @@ PVX_AVX2 void Reduce_Column_Avx2(double* a, const std::int32_t* cp, int j, int t
     if (i - k0 > 0) a[offset_j + i] -= Dot_Avx2(a + (Column_Offset(cp, i) + k0), a + (offset_j + k0), i - k0);
     ++i;
   }
+}
+
+// Divides the count entries of a column by the pivots of their rows and subtracts entry times
+// multiplier from the diagonal. A zero pivot stops it (false) with the entries above it divided.
+PVX_AVX2 bool Divide_Column_Avx2(double* column, const double* pivot, Index count, double& diagonal) {
+  const __m256d zero = _mm256_setzero_pd();
+  __m256d sum = zero;
+  Index k = 0;
+  for (; k + 4 <= count; k += 4) {
+    const __m256d d = _mm256_loadu_pd(pivot + k);
+    if (_mm256_movemask_pd(_mm256_cmp_pd(d, zero, _CMP_EQ_OQ)) != 0) break;
+    const __m256d e = _mm256_loadu_pd(column + k), multiplier = _mm256_div_pd(e, d);
+    _mm256_storeu_pd(column + k, multiplier);
+    sum = _mm256_fmadd_pd(e, multiplier, sum);
+  }
+  double d_j = diagonal - Horizontal_Sum(sum);
+  for (; k < count; ++k) {
+    if (pivot[k] == 0.0) {
+      diagonal = d_j;
+      return false;
+    }
+    const double e = column[k], multiplier = e / pivot[k];
+    column[k] = multiplier;
+    d_j -= e * multiplier;
+  }
+  diagonal = d_j;
+  return true;
 }
 
 PVX_AVX2 void Forward_Reduce_Avx2(const double* a, double* b, int n, const std::int32_t* cp) {
@@ -407,10 +449,16 @@ void Factorise_Profile(Table<double>& matrix, int n, std::vector<std::int32_t>& 
   double* a = matrix.data().data();
   const std::int32_t* cp = column_pointer.data();
 
+  // The vector kernel reads the pivots of the rows of a column from a contiguous copy.
+  std::vector<double> pivot(kernel == Solver_Kernel::Avx2 ? static_cast<std::size_t>(n) + 1 : 0);
+
   for (int j = 1; j <= n; ++j) {
     if (pump) pump();
     const int h = cp[j] - cp[j - 1];
-    if (h < 2) continue;
+    if (h < 2) {
+      if (!pivot.empty()) pivot[static_cast<std::size_t>(j)] = a[cp[j] - 1];
+      continue;
+    }
     const int top = j - h + 1;
     if (h > 2) {
 #ifdef PVX_SOLVER_X86
@@ -423,9 +471,20 @@ void Factorise_Profile(Table<double>& matrix, int n, std::vector<std::int32_t>& 
       Reduce_Column_Portable(a, cp, j, top);
 #endif
     }
-    // Step 4: divide by the pivots of the rows above and reduce the diagonal.
+    // Divide the column by the pivots of its rows and reduce its own pivot.
     double* column = a + (Column_Offset(cp, j) + top);
     double& diagonal = a[cp[j] - 1];
+#ifdef PVX_SOLVER_X86
+    if (kernel == Solver_Kernel::Avx2) {
+      if (!Divide_Column_Avx2(column, pivot.data() + top, j - top, diagonal)) {
+        ok = false;
+        message = Zero_Pivot_Message;
+        return;
+      }
+      pivot[static_cast<std::size_t>(j)] = diagonal;
+      continue;
+    }
+#endif
     double d_j = diagonal;
     for (int r = top; r < j; ++r) {
       const double d = a[cp[r] - 1];
