@@ -276,46 +276,147 @@ PVX_AVX2 inline void Dot4_Avx2(const double* x0, const double* x1, const double*
   _mm256_storeu_pd(s, _mm256_add_pd(_mm256_loadu_pd(s), sums));
 }
 
+// The eight inner products of yc and yd with x0..x3 over m entries, added to sc[0..3] and
+// sd[0..3]: two columns share each load of the four columns x.
+PVX_AVX2 inline void Dot8_Avx2(const double* x0, const double* x1, const double* x2, const double* x3,
+                               const double* yc, const double* yd, Index m, double sc[4], double sd[4]) {
+  __m256d c0 = _mm256_setzero_pd(), c1 = _mm256_setzero_pd(), c2 = _mm256_setzero_pd(),
+          c3 = _mm256_setzero_pd();
+  __m256d d0 = _mm256_setzero_pd(), d1 = _mm256_setzero_pd(), d2 = _mm256_setzero_pd(),
+          d3 = _mm256_setzero_pd();
+  Index k = 0;
+  for (; k + 4 <= m; k += 4) {
+    const __m256d vc = _mm256_loadu_pd(yc + k), vd = _mm256_loadu_pd(yd + k);
+    const __m256d v0 = _mm256_loadu_pd(x0 + k), v1 = _mm256_loadu_pd(x1 + k);
+    const __m256d v2 = _mm256_loadu_pd(x2 + k), v3 = _mm256_loadu_pd(x3 + k);
+    c0 = _mm256_fmadd_pd(v0, vc, c0);
+    d0 = _mm256_fmadd_pd(v0, vd, d0);
+    c1 = _mm256_fmadd_pd(v1, vc, c1);
+    d1 = _mm256_fmadd_pd(v1, vd, d1);
+    c2 = _mm256_fmadd_pd(v2, vc, c2);
+    d2 = _mm256_fmadd_pd(v2, vd, d2);
+    c3 = _mm256_fmadd_pd(v3, vc, c3);
+    d3 = _mm256_fmadd_pd(v3, vd, d3);
+  }
+  if (k < m) {
+    const __m256i mask = Tail_Mask(m - k);
+    const __m256d vc = _mm256_maskload_pd(yc + k, mask), vd = _mm256_maskload_pd(yd + k, mask);
+    const __m256d v0 = _mm256_maskload_pd(x0 + k, mask), v1 = _mm256_maskload_pd(x1 + k, mask);
+    const __m256d v2 = _mm256_maskload_pd(x2 + k, mask), v3 = _mm256_maskload_pd(x3 + k, mask);
+    c0 = _mm256_fmadd_pd(v0, vc, c0);
+    d0 = _mm256_fmadd_pd(v0, vd, d0);
+    c1 = _mm256_fmadd_pd(v1, vc, c1);
+    d1 = _mm256_fmadd_pd(v1, vd, d1);
+    c2 = _mm256_fmadd_pd(v2, vc, c2);
+    d2 = _mm256_fmadd_pd(v2, vd, d2);
+    c3 = _mm256_fmadd_pd(v3, vc, c3);
+    d3 = _mm256_fmadd_pd(v3, vd, d3);
+  }
+  _mm256_storeu_pd(sc, _mm256_add_pd(_mm256_loadu_pd(sc), Horizontal_Sum4(c0, c1, c2, c3)));
+  _mm256_storeu_pd(sd, _mm256_add_pd(_mm256_loadu_pd(sd), Horizontal_Sum4(d0, d1, d2, d3)));
+}
+
+// Reduces the entry of row i of column c on its own.
+PVX_AVX2 inline void Reduce_Row_Avx2(double* a, const std::int32_t* cp, Index offset_c, int top_c, int i) {
+  const int k0 = std::max(Column_Top(cp, i), top_c);
+  if (i > k0) a[offset_c + i] -= Dot_Avx2(a + (Column_Offset(cp, i) + k0), a + (offset_c + k0), i - k0);
+}
+
+// Rows i..i+3 of a column, g[0..3], given the sums s[0..3] of their products with the rows above i:
+// what is left is a unit lower triangular solve with the entries of columns i..i+3 in rows i..i+2.
+// The differences t do not wait for the rows above them, so the chain from row to row is one
+// multiply-add long.
+PVX_AVX2 inline void Finish_Block(double* g, const double* a, const Index offset[4], int i,
+                                  const double s[4]) {
+  const double t1 = g[1] - s[1], t2 = g[2] - s[2], t3 = g[3] - s[3];
+  g[0] -= s[0];
+  g[1] = std::fma(-a[offset[1] + i], g[0], t1);
+  g[2] = std::fma(-a[offset[2] + i + 1], g[1], std::fma(-a[offset[2] + i], g[0], t2));
+  g[3] = std::fma(-a[offset[3] + i + 2], g[2],
+                  std::fma(-a[offset[3] + i + 1], g[1], std::fma(-a[offset[3] + i], g[0], t3)));
+}
+
+// Row r's product runs over rows k0[r]..i+r-1. In a block of rows i..i+3 it is split into a part of
+// its own (k0[r]..shared-1), a part common to the block (shared..i-1) and the rows of the block
+// itself (i..i+r-1), which become final one after the other. The block is taken when the common
+// part starts no lower than row i.
+PVX_AVX2 inline void Block_Starts(const std::int32_t* cp, int i, int top_c, int k0[4], Index offset[4]) {
+  for (int r = 0; r < 4; ++r) {
+    k0[r] = std::max(Column_Top(cp, i + r), top_c);
+    offset[r] = Column_Offset(cp, i + r);
+  }
+}
+PVX_AVX2 inline void Own_Parts(const double* a, const int k0[4], const Index offset[4], Index offset_c,
+                               int shared, double s[4]) {
+  for (int r = 0; r < 4; ++r) {
+    s[r] = shared > k0[r] ? Dot_Avx2(a + (offset[r] + k0[r]), a + (offset_c + k0[r]), shared - k0[r]) : 0.0;
+  }
+}
+
+// The reduction of column j alone, four rows at a time.
 PVX_AVX2 void Reduce_Column_Avx2(double* a, const std::int32_t* cp, int j, int top_j) {
   const Index offset_j = Column_Offset(cp, j);
   int i = top_j + 1;
   while (i <= j - 1) {
     if (i + 3 <= j - 1) {
-      // Rows i..i+3 together. Row r's product runs over rows k0[r]..i+r-1 of the two columns; it
-      // is split into a part of its own (k0[r]..K-1), a part shared by all four (K..i-1) and the
-      // rows of the block itself (i..i+r-1), which become final one after the other.
       int k0[4];
       Index offset[4];
-      for (int r = 0; r < 4; ++r) {
-        k0[r] = std::max(Column_Top(cp, i + r), top_j);
-        offset[r] = Column_Offset(cp, i + r);
-      }
+      Block_Starts(cp, i, top_j, k0, offset);
       const int shared = std::max(std::max(k0[0], k0[1]), std::max(k0[2], k0[3]));
       if (shared <= i) {
         double s[4];
-        for (int r = 0; r < 4; ++r) {
-          s[r] = shared > k0[r] ? Dot_Avx2(a + (offset[r] + k0[r]), a + (offset_j + k0[r]), shared - k0[r])
-                                : 0.0;
-        }
+        Own_Parts(a, k0, offset, offset_j, shared, s);
         if (shared < i) {
           Dot4_Avx2(a + (offset[0] + shared), a + (offset[1] + shared), a + (offset[2] + shared),
                     a + (offset[3] + shared), a + (offset_j + shared), i - shared, s);
         }
-        // The block's own rows as a unit lower triangular solve; the differences t do not wait
-        // for the rows above them, so the chain from row to row is one multiply-add long.
-        double* g = a + (offset_j + i);  // g[r] is the entry of row i+r of column j
-        const double t1 = g[1] - s[1], t2 = g[2] - s[2], t3 = g[3] - s[3];
-        g[0] -= s[0];
-        g[1] = std::fma(-a[offset[1] + i], g[0], t1);
-        g[2] = std::fma(-a[offset[2] + i + 1], g[1], std::fma(-a[offset[2] + i], g[0], t2));
-        g[3] = std::fma(-a[offset[3] + i + 2], g[2],
-                        std::fma(-a[offset[3] + i + 1], g[1], std::fma(-a[offset[3] + i], g[0], t3)));
+        Finish_Block(a + (offset_j + i), a, offset, i, s);
         i += 4;
         continue;
       }
     }
-    const int k0 = std::max(Column_Top(cp, i), top_j);
-    if (i - k0 > 0) a[offset_j + i] -= Dot_Avx2(a + (Column_Offset(cp, i) + k0), a + (offset_j + k0), i - k0);
+    Reduce_Row_Avx2(a, cp, offset_j, top_j, i);
+    ++i;
+  }
+}
+
+// The reduction of columns j and j+1 in all rows above j, together: each load of an earlier
+// column serves both. Every entry gets the same products as in the column by column order, since
+// rows above j of column j+1 depend on neither column j nor its pivot.
+PVX_AVX2 void Reduce_Column_Pair_Avx2(double* a, const std::int32_t* cp, int j, int top_j, int top_next) {
+  const Index offset_j = Column_Offset(cp, j), offset_next = Column_Offset(cp, j + 1);
+  const int both = std::max(top_j, top_next);  // from this row down both columns hold entries
+  for (int i = top_j + 1; i <= both; ++i)
+    Reduce_Row_Avx2(a, cp, offset_j, top_j, i);
+  for (int i = top_next + 1; i <= both; ++i)
+    Reduce_Row_Avx2(a, cp, offset_next, top_next, i);
+  int i = both + 1;
+  while (i <= j - 1) {
+    if (i + 3 <= j - 1) {
+      int k0[4], k0_next[4];
+      Index offset[4];
+      Block_Starts(cp, i, top_j, k0, offset);
+      Block_Starts(cp, i, top_next, k0_next, offset);
+      const int shared =
+          std::max(std::max(std::max(k0[0], k0[1]), std::max(k0[2], k0[3])),
+                   std::max(std::max(k0_next[0], k0_next[1]), std::max(k0_next[2], k0_next[3])));
+      if (shared <= i) {
+        double s[4], s_next[4];
+        Own_Parts(a, k0, offset, offset_j, shared, s);
+        Own_Parts(a, k0_next, offset, offset_next, shared, s_next);
+        if (shared < i) {
+          Dot8_Avx2(a + (offset[0] + shared), a + (offset[1] + shared), a + (offset[2] + shared),
+                    a + (offset[3] + shared), a + (offset_j + shared), a + (offset_next + shared), i - shared,
+                    s, s_next);
+        }
+        Finish_Block(a + (offset_j + i), a, offset, i, s);
+        Finish_Block(a + (offset_next + i), a, offset, i, s_next);
+        i += 4;
+        continue;
+      }
+    }
+    Reduce_Row_Avx2(a, cp, offset_j, top_j, i);
+    Reduce_Row_Avx2(a, cp, offset_next, top_next, i);
     ++i;
   }
 }
@@ -344,6 +445,41 @@ PVX_AVX2 bool Divide_Column_Avx2(double* column, const double* pivot, Index coun
     d_j -= e * multiplier;
   }
   diagonal = d_j;
+  return true;
+}
+
+// Divides column c by the pivots of its rows and keeps its own pivot; false on a zero pivot.
+PVX_AVX2 bool Finish_Column_Avx2(double* a, const std::int32_t* cp, int c, double* pivot) {
+  const int top = Column_Top(cp, c);
+  if (top < c && !Divide_Column_Avx2(a + (Column_Offset(cp, c) + top), pivot + top, c - top, a[cp[c] - 1])) {
+    return false;
+  }
+  pivot[c] = a[cp[c] - 1];
+  return true;
+}
+
+// The factorisation with the vector kernel; false on a zero pivot. Two neighbouring columns that
+// both need a reduction are reduced together down to the row above the first one's diagonal; the
+// first is then divided, and the second gets its last row and its division. The events are pumped
+// at the start of each column's own work.
+PVX_AVX2 bool Factorise_Avx2(double* a, int n, const std::int32_t* cp, const Event_Pump& pump) {
+  std::vector<double> pivot(static_cast<std::size_t>(n) + 1);  // the pivots, contiguous
+  for (int j = 1; j <= n; ++j) {
+    if (pump) pump();
+    const int top = Column_Top(cp, j);
+    if (j < n && j - top >= 2 && Column_Top(cp, j + 1) <= j - 1) {
+      const int top_next = Column_Top(cp, j + 1);
+      Reduce_Column_Pair_Avx2(a, cp, j, top, top_next);
+      if (!Finish_Column_Avx2(a, cp, j, pivot.data())) return false;
+      ++j;
+      if (pump) pump();
+      Reduce_Row_Avx2(a, cp, Column_Offset(cp, j), top_next, j - 1);
+      if (!Finish_Column_Avx2(a, cp, j, pivot.data())) return false;
+      continue;
+    }
+    if (j - top >= 2) Reduce_Column_Avx2(a, cp, j, top);
+    if (!Finish_Column_Avx2(a, cp, j, pivot.data())) return false;
+  }
   return true;
 }
 
@@ -449,42 +585,24 @@ void Factorise_Profile(Table<double>& matrix, int n, std::vector<std::int32_t>& 
   double* a = matrix.data().data();
   const std::int32_t* cp = column_pointer.data();
 
-  // The vector kernel reads the pivots of the rows of a column from a contiguous copy.
-  std::vector<double> pivot(kernel == Solver_Kernel::Avx2 ? static_cast<std::size_t>(n) + 1 : 0);
-
+#ifdef PVX_SOLVER_X86
+  if (kernel == Solver_Kernel::Avx2) {
+    if (!Factorise_Avx2(a, n, cp, pump)) {
+      ok = false;
+      message = Zero_Pivot_Message;
+    }
+    return;
+  }
+#endif
   for (int j = 1; j <= n; ++j) {
     if (pump) pump();
     const int h = cp[j] - cp[j - 1];
-    if (h < 2) {
-      if (!pivot.empty()) pivot[static_cast<std::size_t>(j)] = a[cp[j] - 1];
-      continue;
-    }
+    if (h < 2) continue;
     const int top = j - h + 1;
-    if (h > 2) {
-#ifdef PVX_SOLVER_X86
-      if (kernel == Solver_Kernel::Avx2) {
-        Reduce_Column_Avx2(a, cp, j, top);
-      } else {
-        Reduce_Column_Portable(a, cp, j, top);
-      }
-#else
-      Reduce_Column_Portable(a, cp, j, top);
-#endif
-    }
+    if (h > 2) Reduce_Column_Portable(a, cp, j, top);
     // Divide the column by the pivots of its rows and reduce its own pivot.
     double* column = a + (Column_Offset(cp, j) + top);
     double& diagonal = a[cp[j] - 1];
-#ifdef PVX_SOLVER_X86
-    if (kernel == Solver_Kernel::Avx2) {
-      if (!Divide_Column_Avx2(column, pivot.data() + top, j - top, diagonal)) {
-        ok = false;
-        message = Zero_Pivot_Message;
-        return;
-      }
-      pivot[static_cast<std::size_t>(j)] = diagonal;
-      continue;
-    }
-#endif
     double d_j = diagonal;
     for (int r = top; r < j; ++r) {
       const double d = a[cp[r] - 1];

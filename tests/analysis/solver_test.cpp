@@ -243,6 +243,18 @@ TEST(Factorise_Profile, OnlyAnExactlyZeroPivotThatIsUsedStopsIt) {
         EXPECT_DOUBLE_EQ(a[5], 1.0 - 1.0 / t);
       }
     }
+    // Full 4 x 4 with D2 = 0: column 3 needs it (columns 3 and 4 are reduced as a pair by the
+    // vector kernel; the stop still comes in column 3).
+    Table<double> full{1.0, 1.0, 1.0, 0.5, 0.25, 3.0, 0.5, 0.5, 0.5, 4.0};
+    std::vector<std::int32_t> cp4{0, 1, 3, 6, 10};
+    bool stopped = true;
+    std::string text;
+    int pumps = 0;
+    Factorise_Profile(
+        full, 4, cp4, stopped, text, [&] { ++pumps; }, kernel);
+    EXPECT_FALSE(stopped);
+    EXPECT_EQ(text, Zero_Pivot_Message);
+    EXPECT_EQ(pumps, 3);
     // A zero pivot that no later column needs is not seen: [1 1; 1 1] factorises to D2 = 0.
     Table<double> singular{1.0, 1.0, 1.0};
     std::vector<std::int32_t> cp2{0, 1, 3};
