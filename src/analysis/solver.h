@@ -60,16 +60,19 @@ struct Node_Numbering {
 // neighbour lists are built.
 void Set_Node_Numbering(const Project& project, Node_Numbering& numbering, const Event_Pump& pump = {});
 
-// The arithmetic kernels. Automatic takes the fastest one the processor runs; the others exist so
-// that the tests and the benchmark can hold the kernels against each other.
+// The arithmetic kernels. Portable runs anywhere; Avx2 (chosen at run time, on processors with
+// AVX2 and FMA) evaluates the inner products with vector accumulators, four rows of a column and
+// two neighbouring columns at a time, so its sums round differently, by a few units in the last
+// place. Automatic takes the fastest one the processor runs; the others exist so that the tests
+// and the benchmark can hold the kernels against each other.
 enum class Solver_Kernel { Automatic, Portable, Avx2 };
 bool Solver_Kernel_Available(Solver_Kernel kernel);
 
-// Replaces the profile matrix of n equations by its factors D and U. The pump, when given, is called
-// once at the start of every column. Sets column_pointer[0] to 0. A pivot that is exactly 0.0 when
-// it is needed ends the factorisation with ok false and `message` = Zero_Pivot_Message, for the
-// caller to show as a critical message; the matrix is then only partly factorised. Any other pivot,
-// negative or tiny, passes.
+// Replaces the profile matrix of n equations by its factors D and U, column by column. The pump,
+// when given, is called once per column, before the column is divided by the pivots above it. Sets
+// column_pointer[0] to 0. A pivot that is exactly 0.0 when it is needed ends the factorisation with ok false
+// and `message` = Zero_Pivot_Message, for the caller to show as a critical message; the matrix is then only
+// partly factorised. Any other pivot, negative or tiny, passes.
 void Factorise_Profile(Table<double>& matrix, int n, std::vector<std::int32_t>& column_pointer, bool& ok,
                        std::string& message, const Event_Pump& pump = {},
                        Solver_Kernel kernel = Solver_Kernel::Automatic);
