@@ -191,10 +191,12 @@ void Back_Substitute_Portable(const double* a, double* b, int n, const std::int3
 
 // ---- Factorisation and solution: AVX2 + FMA kernel ---------------------------------------------
 //
-// The same steps in the same order; only the inner products are evaluated differently: four
-// vector accumulators per sum, and four consecutive rows of column j reduced together so that each
-// load of column j serves four products. The sums therefore round differently from the portable
-// kernel, by a few units in the last place.
+// The same reductions and divisions of every entry as the portable kernel; only the sums are
+// formed differently. An inner product keeps four vector accumulators; four consecutive rows of a
+// column are reduced together so that each load of that column serves four products, and two
+// neighbouring columns together so that each load of an earlier column serves two. The division
+// of a column runs four entries at a time on a contiguous copy of the pivots. The sums therefore
+// round differently from the portable kernel, by a few units in the last place.
 
 #ifdef PVX_SOLVER_X86
 
