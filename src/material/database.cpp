@@ -763,6 +763,7 @@ bool Read_Database_Text(std::string_view text, const Database_Settings& settings
   if (!Read_Database_Line(r, report)) return false;
   std::int16_t count = 0, format = 0;
   if (!To_I16(r.Number[1], count) || count < 0 || !To_I16(r.Number[2], format)) return Corrupted(r, report);
+  report.Format = format;
 
   Table<Material> fresh;
   for (int i = 1; i <= count; ++i) {

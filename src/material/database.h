@@ -42,7 +42,8 @@ struct Database_Report {
   // The program's message: the format message, "Syntax error in line N" with the text of that
   // line behind a line break, "Material DataBase is corrupted", or the could-not-open question.
   std::string Message;
-  int Line = 0;  // the line counter when the fault was found
+  int Line = 0;    // the line counter when the fault was found
+  int Format = 0;  // the database format number of line 1 (0 when absent)
 };
 
 struct Database_Settings {
