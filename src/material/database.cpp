@@ -750,6 +750,19 @@ bool Read_Softening(Database_Reader& r, Softening& block, Database_Report& repor
   return true;  // `NO S` and any other key: no softening
 }
 
+std::string Database_Caption(const std::string& database_name, const std::string& version_text) {
+  return database_name + " - " + version_text;
+}
+
+bool Has_Interface_Material(const Table<Material>& materials) {
+  return std::any_of(materials.begin(), materials.end(), [](const Material& m) { return m.Is_Interface; });
+}
+
+bool Has_Reinforcement_Material(const Table<Material>& materials) {
+  return std::any_of(materials.begin(), materials.end(),
+                     [](const Material& m) { return m.Is_Reinforcement; });
+}
+
 std::int32_t Default_Material_Colour(int i) {
   return Colour_Cycle[(i - 1) % 10];
 }

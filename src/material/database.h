@@ -97,6 +97,13 @@ bool Read_Material_Database(const std::string& path, const Database_Settings& se
 bool Read_Material_Database(const std::string& path, Table<Material>& materials, Table<std::int32_t>& colours,
                             std::string& message);
 
+// What the program shows of a database once it is read: the main window's caption is the
+// database name, " - " and the version text; the design panel offers interfaces and bars only if
+// some material is of that kind.
+std::string Database_Caption(const std::string& database_name, const std::string& version_text);
+bool Has_Interface_Material(const Table<Material>& materials);
+bool Has_Reinforcement_Material(const Table<Material>& materials);
+
 // A colour packed as the platform packs it: red in the low byte, then green, then blue.
 constexpr std::int32_t Pack_RGB(int red, int green, int blue) {
   return red + 256 * green + 65536 * blue;

@@ -113,6 +113,17 @@ TEST(Example_Database, EveryModelAndSofteningFormIsThere) {
   EXPECT_EQ(steel.Steel_Stress_A[2] / steel.Steel_Strain_A[2], 200);  // MPa per 1/1000: 200 GPa
 }
 
+TEST(Example_Database, OffersInterfacesAndBarsOnlyWhenItHasThem) {
+  Table<Material> materials = Read_Example();
+  EXPECT_TRUE(Has_Interface_Material(materials));
+  EXPECT_TRUE(Has_Reinforcement_Material(materials));
+  materials.resize(5);  // the concretes and the soil only
+  EXPECT_FALSE(Has_Interface_Material(materials));
+  EXPECT_FALSE(Has_Reinforcement_Material(materials));
+  EXPECT_EQ(Database_Caption("PVX-Concrete.txt", "KIVA version 8.6.2"),
+            "PVX-Concrete.txt - KIVA version 8.6.2");
+}
+
 TEST(Example_Database, EveryPieceReadsOrGivesAMessage) {
   const std::string text = test::Read_Text(Example);
   ASSERT_FALSE(text.empty());
