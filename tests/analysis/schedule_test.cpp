@@ -243,8 +243,11 @@ Project Variant_Project() {
   Project p;
   New_Project(p);
   p.Result_File_Name = "B.RES";
-  for (const char* name : {"A", "B", "C"})
-    p.Material.add(Material{name});
+  for (const char* name : {"A", "B", "C"}) {
+    Material m;
+    m.Name = name;
+    p.Material.add(m);
+  }
   for (const char* name : {"B", "A", "B", "X"}) {
     Mesh_Element e;
     e.Material = name;
