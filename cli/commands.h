@@ -12,5 +12,7 @@ inline constexpr int Exit_Failure = 1;
 // Each command sets `status` when it runs.
 void Add_Project_Commands(CLI::App& app, int& status);  // check, convert
 void Add_Results_Commands(CLI::App& app, int& status);  // results
+void Add_Project_Commands(CLI::App& app, int& status);   // check, convert
+void Add_Material_Commands(CLI::App& app, int& status);  // materials
 
 }  // namespace pvx::cli
