@@ -10,9 +10,12 @@ inline constexpr int Exit_Ok = 0;
 inline constexpr int Exit_Failure = 1;
 
 // Each command sets `status` when it runs.
-void Add_Project_Commands(CLI::App& app, int& status);  // check, convert
-void Add_Results_Commands(CLI::App& app, int& status);  // results
+inline constexpr int Exit_Stopped = 2;
+
+// Each command sets `status` when it runs.
 void Add_Project_Commands(CLI::App& app, int& status);   // check, convert
 void Add_Material_Commands(CLI::App& app, int& status);  // materials
+void Add_Run_Commands(CLI::App& app, int& status);       // run
+void Add_Results_Commands(CLI::App& app, int& status);   // results
 
 }  // namespace pvx::cli
