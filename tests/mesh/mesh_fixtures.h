@@ -1,0 +1,95 @@
+// Small projects for the mesh tests, and checks that hold for any sound mesh.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <utility>
+
+#include "app/project.h"
+#include "mesh/initial_mesh.h"
+
+namespace pvx::test {
+
+inline Project Empty_Project() {
+  Project p;
+  New_Project(p);
+  return p;
+}
+
+inline int Node(Project& p, double x, double y) {
+  return Add_Node(p, x, y);
+}
+
+inline int Add_Macro(Project& p, int c1, int c2, int c3, int c4, const std::string& material = "C30/37") {
+  Macro m;
+  static_cast<Macro_Values&>(m) = p.Macro_Defaults;
+  m.Material = material;
+  m.Corner = {{static_cast<std::int16_t>(c1), static_cast<std::int16_t>(c2), static_cast<std::int16_t>(c3),
+               static_cast<std::int16_t>(c4)}};
+  return p.Macro.add(m);
+}
+
+// One square macro from (0, 0) to (size, size), corners counter-clockwise from the origin.
+inline Project Square(double size) {
+  Project p = Empty_Project();
+  Node(p, 0, 0);
+  Node(p, size, 0);
+  Node(p, size, size);
+  Node(p, 0, size);
+  Add_Macro(p, 1, 2, 3, 4);
+  return p;
+}
+
+inline Table<double> Fractions(std::initializer_list<double> f) {
+  return Table<double>(f);
+}
+
+inline Mesh_Node At(const Project& p, int node) {
+  return p.Mesh_Node[node];
+}
+
+inline std::array<int, 4> Corners(const Project& p, int element) {
+  const auto& c = p.Mesh_Element[element].Corner;
+  return {c[1], c[2], c[3], c[4]};
+}
+
+// Signed area of an element (positive when its corners run counter-clockwise).
+inline double Element_Area(const Project& p, int element) {
+  double area = 0;
+  for (int j = 1; j <= 4; ++j) {
+    const Mesh_Node& a = p.Mesh_Node[p.Mesh_Element[element].Corner[j]];
+    const Mesh_Node& b = p.Mesh_Node[p.Mesh_Element[element].Corner[j % 4 + 1]];
+    area += a.X * b.Y - b.X * a.Y;
+  }
+  return area / 2;
+}
+
+inline double Mesh_Area(const Project& p) {
+  double area = 0;
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e)
+    area += Element_Area(p, e);
+  return area;
+}
+
+// Every element turns the same way and has a positive area, and the mesh is conforming: each
+// directed side is used once, and a side is either shared in the opposite sense or on the outline.
+inline void Expect_Sound(const Project& p) {
+  std::map<std::pair<int, int>, int> sides;
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    EXPECT_GT(Element_Area(p, e), 0) << "element " << e;
+    for (int j = 1; j <= 4; ++j) {
+      const int a = p.Mesh_Element[e].Corner[j], b = p.Mesh_Element[e].Corner[j % 4 + 1];
+      ASSERT_TRUE(p.Mesh_Node.valid(a) && p.Mesh_Node.valid(b)) << "element " << e;
+      EXPECT_EQ(++sides[std::make_pair(a, b)], 1) << "side " << a << "-" << b << " used twice";
+      EXPECT_EQ(p.Mesh_Element[e].Dof[2 * j - 1], 2 * a - 1);
+      EXPECT_EQ(p.Mesh_Element[e].Dof[2 * j], 2 * a);
+    }
+  }
+}
+
+}  // namespace pvx::test
