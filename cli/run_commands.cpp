@@ -13,6 +13,7 @@
 #include "analysis/driver.h"
 #include "analysis/schedule.h"
 #include "app/prescribed_data.h"
+#include "app/project_file.h"
 #include "commands.h"
 #include "project_io.h"
 
@@ -114,7 +115,7 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     if (!o->output.empty()) {
       p.Result_File_Name = o->output;
     } else if (p.Result_File_Name.empty()) {
-      std::string name = File_Part(o->project);
+      std::string name = pvx::File_Part(o->project);
       const auto dot = name.find_last_of('.');
       p.Result_File_Name = (dot == std::string::npos ? name : name.substr(0, dot)) + ".RES";
     }

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "analysis/thermal.h"
+#include "material/properties.h"
 #include "results/result_files.h"
 
 namespace pvx {
@@ -43,6 +44,8 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
     run.Out_Potential[static_cast<std::size_t>(node - 1)] = run.Moisture_New[k];
   }
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const int m = run.Element_Material[e];
+    const Material* material = p.Material.valid(m) ? &p.Material[m] : nullptr;
     for (int i = 1; i <= 4; ++i) {
       const Point_State& s = Point(run, e, i);
       const auto at = static_cast<std::size_t>(4 * (e - 1) + i - 1);
@@ -50,6 +53,17 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
       run.Out_Hydration[at] = s.Hydration_New;
       run.Out_C_Maturity[at] = s.Weighted_Maturity_New;
       run.Out_Moisture[at] = s.Water_New;
+      // Strengths as the material tables give them at the point's maturity (the weighted one for a
+      // material that keeps its tables in weighted maturity) and its corner temperature.
+      double ft = 0, fc = 0;
+      if (material && material->Has_Mechanical) {
+        const double T = run.Temperature_New[Equation(run, p.Mesh_Element[e].Corner[i])];
+        const double M = material->Dutch_Active ? s.Weighted_Maturity_New : s.Maturity_New;
+        ft = Table_Value(material->Ft, T, M);
+        fc = Table_Value(material->Fc, T, M);
+      }
+      run.Out_Tensile[at] = ft;
+      run.Out_Compressive[at] = fc;
     }
   }
   Field_Values f;
