@@ -8,11 +8,13 @@ namespace pvx::cli {
 // Exit status of every command: 0 success, 1 the program's message (bad input, failed run).
 inline constexpr int Exit_Ok = 0;
 inline constexpr int Exit_Failure = 1;
+inline constexpr int Exit_Stopped = 2;  // pvx run: stopped by the user, files closed
 
 // Each command sets `status` when it runs.
 void Add_Project_Commands(CLI::App& app, int& status);   // check, convert
 void Add_Material_Commands(CLI::App& app, int& status);  // materials
 void Add_Mesh_Commands(CLI::App& app, int& status);      // mesh
+void Add_Run_Commands(CLI::App& app, int& status);       // run
 void Add_Results_Commands(CLI::App& app, int& status);   // results
 
 }  // namespace pvx::cli

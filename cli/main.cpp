@@ -8,9 +8,10 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   int status = pvx::cli::Exit_Ok;
   pvx::cli::Add_Project_Commands(app, status);
-  pvx::cli::Add_Results_Commands(app, status);
-  pvx::cli::Add_Mesh_Commands(app, status);
   pvx::cli::Add_Material_Commands(app, status);
+  pvx::cli::Add_Mesh_Commands(app, status);
+  pvx::cli::Add_Run_Commands(app, status);
+  pvx::cli::Add_Results_Commands(app, status);
   CLI11_PARSE(app, argc, argv);
   return status;
 }

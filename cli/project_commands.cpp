@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "app/project_file.h"
+#include "app/project_load.h"
 #include "app/shell.h"
 #include "commands.h"
 #include "project_io.h"
@@ -31,6 +32,18 @@ bool Open_Project(const std::string& path, Project& p, std::ostream& err) {
   return true;
 }
 
+bool Open_Project_With_Database(const std::string& path, Project& p, std::ostream& err) {
+  Read_Report report;
+  const Load_Result result = Load_Project(path, Work_Directory_Of(path), p, report);
+  if (result != Load_Result::Loaded) {
+    err << report.message << "\n";
+    if (!report.detail.empty()) err << "  (" << report.detail << ")\n";
+    return false;
+  }
+  After_Opening(p);
+  return true;
+}
+
 bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std::ostream& err) {
   p.Project_File = path;
   Save_Report report;
@@ -45,6 +58,7 @@ void Print_Summary(const Project& p, std::ostream& out) {
   out << fmt::format("Project:        {}\n", p.Project_File);
   out << fmt::format("Version:        {}\n", p.File_Version);
   out << fmt::format("Database:       {}\n", File_Part(p.Material_Database_Path));
+  out << fmt::format("Materials:      {}\n", p.Material.count());
   out << fmt::format("Nodes:          {}\n", Node_Count(p));
   out << fmt::format("Macros:         {}\n", p.Macro.count());
   out << fmt::format("Borders:        {}\n", p.Border.count());
@@ -61,7 +75,7 @@ void Add_Project_Commands(CLI::App& app, int& status) {
   check->add_option("PROJECT", *check_path, "Project file (.PVX)")->required();
   check->callback([&status, check_path] {
     Project p;
-    if (!Open_Project(*check_path, p, std::cerr)) {
+    if (!Open_Project_With_Database(*check_path, p, std::cerr)) {
       status = Exit_Failure;
       return;
     }

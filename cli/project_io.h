@@ -12,6 +12,8 @@ namespace pvx::cli {
 std::string Work_Directory_Of(const std::string& project_path);
 // Reads as the program opens a file; on failure prints the program's message to err.
 bool Open_Project(const std::string& path, Project& p, std::ostream& err);
+// Reads the project and then its material database, as the program loads a project.
+bool Open_Project_With_Database(const std::string& path, Project& p, std::ostream& err);
 // Saves under a new name with the folder of that name as work directory.
 bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std::ostream& err);
 void Print_Summary(const Project& p, std::ostream& out);

@@ -44,7 +44,13 @@ class Analysis_Host {
   }
   // Progress after each step (labels and graphs of the run window, a progress bar, a recorder).
   virtual void Report_Step(const Step_Report& report) { (void)report; }
-  // Tells the host the run wants to know whether it should stop (read at the top of each step).
+  // The end of a variant: its files are closed and hold `storages` storages.
+  virtual void Report_Variant(int variant, int variants, int storages) {
+    (void)variant;
+    (void)variants;
+    (void)storages;
+  }
+  // Whether the user asked to stop; read at the top of each step, as the stop button is.
   virtual bool Stop_Requested() { return false; }
 };
 

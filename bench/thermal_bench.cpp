@@ -1,0 +1,90 @@
+// A whole thermal step of a square concrete section with hydration: assembly, factorisation, the
+// passes on the right-hand side and one storage. Compare the runs of 1 and 9 steps: their
+// difference over 8 is the time per step, without the numbering and the opening of the files.
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+
+#include "analysis/driver.h"
+
+namespace {
+
+pvx::Project Square_Section(int n) {
+  pvx::Project p;
+  pvx::New_Project(p);
+  pvx::Material m;
+  m.Name = "C30/37";
+  m.Has_Thermal = true;
+  m.Capacity_Wet = 2400;
+  m.Conductivity_Wet = 2.3f;
+  m.Heat_Model = "CORE";
+  m.Heat_H = 132000;
+  m.Heat_a = 0.06f;
+  m.Heat_d = 4;
+  m.Arrhenius_Active = true;
+  m.Q_Over_R = 4030;
+  m.T_Reference = 293;
+  p.Material.add(m);
+  pvx::Macro macro;
+  macro.Material = m.Name;
+  macro.Corner = {{1, 2, 3, 4}};
+  p.Macro.add(macro);
+  const double size = 4000.0 / n;
+  for (int j = 0; j <= n; ++j)
+    for (int i = 0; i <= n; ++i) p.Mesh_Node.add(pvx::Mesh_Node{i * size, j * size});
+  auto node = [n](int i, int j) { return static_cast<std::int16_t>(j * (n + 1) + i + 1); };
+  for (int j = 0; j < n; ++j)
+    for (int i = 0; i < n; ++i) {
+      pvx::Mesh_Element e;
+      static_cast<pvx::Macro_Values&>(e) = macro;
+      e.Material = m.Name;
+      e.Macro_Number = 1;
+      e.Corner = {{node(i, j), node(i + 1, j), node(i + 1, j + 1), node(i, j + 1)}};
+      p.Mesh_Element.add(e);
+    }
+  for (int i = 0; i < n; ++i) {  // air on the top face
+    pvx::Border b;
+    b.Node_A = node(i + 1, n);
+    b.Node_B = node(i, n);
+    b.Thermal_Active = pvx::True_Flag;
+    b.Thermal_Periods.add(pvx::Thermal_Period{});
+    b.Thermal_Periods[1].Until = 1000;
+    p.Mesh_Border.add(b);
+  }
+  p.Replace_Material = pvx::False_Flag;
+  p.Result_File_Name = (std::filesystem::temp_directory_path() / "pvx-bench-thermal.RES").string();
+  pvx::Set_Result_Names(p);
+  return p;
+}
+
+void BM_Thermal_Run(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const int steps = static_cast<int>(state.range(1));
+  pvx::Project p = Square_Section(n);
+  p.Computation_Time = steps;
+  p.Period.clear();
+  p.Period.add(pvx::Period{0, static_cast<double>(steps), 1, 1});
+  pvx::Analysis_Host host;
+  int passes = 0;
+  for (auto _ : state) {
+    pvx::Run_State run;
+    std::string message;
+    pvx::Run_Analysis(p, run, host, "", message);
+    passes = run.Thermal_Passes;
+  }
+  state.counters["elements"] = n * n;
+  state.counters["passes_last_step"] = passes;
+  for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP"}) {
+    std::error_code ec;
+    std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext), ec);
+  }
+}
+BENCHMARK(BM_Thermal_Run)
+    ->Args({32, 1})
+    ->Args({32, 9})
+    ->Args({158, 1})
+    ->Args({158, 9})
+    ->Unit(benchmark::kMillisecond)
+    ->MinTime(1.0);
+
+}  // namespace

@@ -1,0 +1,158 @@
+// pvx run: computes every material variant of a project headless and writes its result family.
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <unistd.h>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "analysis/driver.h"
+#include "analysis/schedule.h"
+#include "app/prescribed_data.h"
+#include "app/project_file.h"
+#include "commands.h"
+#include "project_io.h"
+
+namespace pvx::cli {
+
+namespace {
+
+// Ctrl-C acts as the stop button: the run ends at the top of the next step with its files closed.
+std::atomic<bool> interrupt_requested{false};
+extern "C" void On_Interrupt(int) { interrupt_requested = true; }
+
+std::string Clock(double seconds) {
+  const long s = static_cast<long>(seconds + 0.5);
+  return s >= 3600 ? fmt::format("{}:{:02}:{:02}", s / 3600, s / 60 % 60, s % 60)
+                   : fmt::format("{:02}:{:02}", s / 60, s % 60);
+}
+
+class Console_Host : public Analysis_Host {
+ public:
+  explicit Console_Host(bool terminal) : terminal_(terminal), start_(std::chrono::steady_clock::now()) {}
+
+  void Show_Message(const std::string& text, Message_Kind kind) override {
+    if (bar_shown_) std::cerr << "\n";
+    bar_shown_ = false;
+    std::cerr << (kind == Message_Kind::Critical ? "error: " : kind == Message_Kind::Warning ? "warning: " : "")
+              << text << "\n";
+  }
+  bool Stop_Requested() override { return interrupt_requested.load(); }
+
+  void Report_Step(const Step_Report& r) override {
+    last_ = r;
+    if (!terminal_) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (r.step != r.steps && now - last_draw_ < std::chrono::milliseconds(100)) return;
+    last_draw_ = now;
+    const double elapsed = std::chrono::duration<double>(now - variant_start_).count();
+    const double remaining = r.step > 0 ? elapsed * (r.steps - r.step) / r.step : 0;
+    const int width = 30;
+    const int filled = r.steps > 0 ? width * r.step / r.steps : width;
+    std::cerr << fmt::format("\rvariant {}/{} [{}{}] step {}/{}  t = {:.2f} h  storages {}  elapsed {}  remaining {} ",
+                             r.variant, r.variants, std::string(static_cast<std::size_t>(filled), '#'),
+                             std::string(static_cast<std::size_t>(width - filled), '.'), r.step, r.steps, r.time,
+                             r.storages, Clock(elapsed), Clock(remaining))
+              << std::flush;
+    bar_shown_ = true;
+  }
+
+  // One line at the end of a variant, on a terminal below the bar.
+  void Report_Variant(int variant, int variants, int storages) override {
+    if (bar_shown_) std::cerr << "\n";
+    bar_shown_ = false;
+    const double elapsed =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - variant_start_).count();
+    const std::string name =
+        static_cast<std::size_t>(variant) < names_.size() ? names_[static_cast<std::size_t>(variant)] : "";
+    std::cout << fmt::format("variant {}/{}: {} of {} steps, {} storages in {} ({:.1f} s)\n", variant, variants,
+                             last_.variant == variant ? last_.step : 0, last_.steps, storages, name, elapsed)
+              << std::flush;
+    variant_start_ = std::chrono::steady_clock::now();
+  }
+
+  std::vector<std::string> names_;
+  Step_Report last_{};
+
+ private:
+  bool terminal_;
+  bool bar_shown_ = false;
+  std::chrono::steady_clock::time_point start_, variant_start_ = std::chrono::steady_clock::now(), last_draw_{};
+};
+
+}  // namespace
+
+void Add_Run_Commands(CLI::App& app, int& status) {
+  struct Options {
+    std::string project, output;
+  };
+  auto o = std::make_shared<Options>();
+  auto* run = app.add_subcommand("run", "Compute every material variant of a project and write its result family");
+  run->add_option("PROJECT", o->project, "Project file (.PVX)")->required();
+  run->add_option("--output", o->output, "Name of the result family (NAME.RES), relative to the project's folder");
+  run->footer(
+      "Exit status: 0 every variant was computed; 1 the project, its database or its prescribed data could not be "
+      "used, or a variant failed (zero pivot, result files); 2 the run was stopped with Ctrl-C, after which the "
+      "files hold every storage written so far and are closed.");
+  run->callback([&status, o] {
+    Project p;
+    if (!Open_Project_With_Database(o->project, p, std::cerr)) {
+      status = Exit_Failure;
+      return;
+    }
+    bool ok = true;
+    std::string message;
+    Set_Prescribed_Data(p, ok, message);
+    if (!ok) {
+      std::cerr << message << "\n";
+      status = Exit_Failure;
+      return;
+    }
+    if (!o->output.empty()) {
+      p.Result_File_Name = o->output;
+    } else if (p.Result_File_Name.empty()) {
+      std::string name = pvx::File_Part(o->project);
+      const auto dot = name.find_last_of('.');
+      p.Result_File_Name = (dot == std::string::npos ? name : name.substr(0, dot)) + ".RES";
+    }
+    // The variants replace the material of the first element, as the run window proposes.
+    Run_Window window;
+    std::int16_t replaced = 0;
+    if (!p.Mesh_Element.empty())
+      for (int m = 1; m <= p.Material.count(); ++m)
+        if (p.Material[m].Name == p.Mesh_Element[1].Material) {
+          replaced = static_cast<std::int16_t>(m);
+          break;
+        }
+    if (p.Replace_Material != 0) Choose_Replaced_Material(p, window, replaced);
+    Prepare_Runs(p, replaced);
+    if (p.Mesh_Element.empty()) {
+      std::cerr << "The project has no mesh: make one first (pvx mesh --write).\n";
+      status = Exit_Failure;
+      return;
+    }
+
+    Run_State state;
+    Console_Host host(isatty(STDERR_FILENO) != 0);
+    host.names_ = p.Result_Names;
+    interrupt_requested = false;
+    auto previous = std::signal(SIGINT, On_Interrupt);
+    const std::string work = Work_Directory_Of(o->project);
+    const Run_Outcome outcome = Run_Analysis(p, state, host, work, message);
+    std::signal(SIGINT, previous);
+    switch (outcome) {
+      case Run_Outcome::Completed: status = Exit_Ok; break;
+      case Run_Outcome::Stopped:
+        std::cerr << "stopped: the result files are closed and hold what was stored\n";
+        status = Exit_Stopped;
+        break;
+      case Run_Outcome::Failed: status = Exit_Failure; break;
+    }
+  });
+}
+
+}  // namespace pvx::cli

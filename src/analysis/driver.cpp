@@ -1,0 +1,285 @@
+#include "analysis/driver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "analysis/thermal.h"
+#include "material/properties.h"
+#include "results/result_files.h"
+
+namespace pvx {
+
+namespace {
+
+inline int Equation(const Run_State& run, int node) { return run.Numbering.Node_Equation[node]; }
+
+// Sizes every table of the run for the mesh and numbers the equations.
+void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& host) {
+  Set_Node_Numbering(p, run.Numbering, [&host] { host.Pump_Events(); });
+  const int n = p.Mesh_Node.count();
+  run.Equations = n;
+  run.Matrix.resize(run.Numbering.Profile_Size);
+  run.Right_Hand_Side.resize(n);
+  for (Table<double>* v : {&run.Temperature_Old, &run.Temperature_New, &run.Temperature_Initial, &run.Moisture_Old,
+                           &run.Moisture_New, &run.Base_Load})
+    v->resize(n);
+  run.Active_Equation.resize(n);
+  const int elements = p.Mesh_Element.count();
+  run.Element_Matrices.resize(elements);
+  run.Element_Material.resize(elements);
+  run.Points.assign(static_cast<std::size_t>(4 * elements + 1), Point_State{});
+  run.Out_Temperature.resize(static_cast<std::size_t>(n));
+  run.Out_Potential.resize(static_cast<std::size_t>(n));
+  for (auto* v : {&run.Out_Maturity, &run.Out_Hydration, &run.Out_C_Maturity, &run.Out_Moisture, &run.Out_Tensile,
+                  &run.Out_Compressive})
+    v->resize(static_cast<std::size_t>(4 * elements));
+}
+
+// The fields of the current state, in the order of the result records.
+Field_Values Current_Fields(const Project& p, Run_State& run) {
+  for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
+    const int k = Equation(run, node);
+    run.Out_Temperature[static_cast<std::size_t>(node - 1)] = run.Temperature_New[k];
+    run.Out_Potential[static_cast<std::size_t>(node - 1)] = run.Moisture_New[k];
+  }
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const int m = run.Element_Material[e];
+    const Material* material = p.Material.valid(m) ? &p.Material[m] : nullptr;
+    for (int i = 1; i <= 4; ++i) {
+      const Point_State& s = Point(run, e, i);
+      const auto at = static_cast<std::size_t>(4 * (e - 1) + i - 1);
+      run.Out_Maturity[at] = s.Maturity_New;
+      run.Out_Hydration[at] = s.Hydration_New;
+      run.Out_C_Maturity[at] = s.Weighted_Maturity_New;
+      run.Out_Moisture[at] = s.Water_New;
+      // Strengths as the material tables give them at the point's maturity (the weighted one for a
+      // material that keeps its tables in weighted maturity) and its corner temperature.
+      double ft = 0, fc = 0;
+      if (material && material->Has_Mechanical) {
+        const double T = run.Temperature_New[Equation(run, p.Mesh_Element[e].Corner[i])];
+        const double M = material->Dutch_Active ? s.Weighted_Maturity_New : s.Maturity_New;
+        ft = Table_Value(material->Ft, T, M);
+        fc = Table_Value(material->Fc, T, M);
+      }
+      run.Out_Tensile[at] = ft;
+      run.Out_Compressive[at] = fc;
+    }
+  }
+  Field_Values f;
+  f.Temperature = run.Out_Temperature;
+  f.Potential = run.Out_Potential;
+  f.Maturity = run.Out_Maturity;
+  f.Hydration = run.Out_Hydration;
+  f.C_Maturity = run.Out_C_Maturity;
+  f.Moisture_Content = run.Out_Moisture;
+  f.Tensile_Strength = run.Out_Tensile;
+  f.Compressive_Strength = run.Out_Compressive;
+  return f;
+}
+
+// The temperature iteration of one step: one factorisation, then passes on the right-hand side
+// until no temperature moves by more than 0.01 degrees. Returns false on a zero pivot.
+bool Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host& host, double dt, double t,
+                        std::string& message) {
+  Assemble_Thermal_System(p, run, dt, t);
+  bool ok = true;
+  Factorise_Profile(run.Matrix, run.Equations, run.Numbering.Column_Pointer, ok, message,
+                    [&host] { host.Pump_Events(); });
+  if (!ok) return false;
+  run.Thermal_Passes = 0;
+  do {
+    Set_Thermal_Load(p, run, dt, t);
+    Solve_Profile(run.Matrix, run.Right_Hand_Side, run.Equations, run.Numbering.Column_Pointer);
+    run.Thermal_Converged = true;
+    for (int k = 1; k <= run.Equations; ++k) {
+      if (std::fabs(run.Right_Hand_Side[k] - run.Temperature_New[k]) > 0.01) run.Thermal_Converged = false;
+      run.Temperature_New[k] = run.Right_Hand_Side[k];
+    }
+    ++run.Thermal_Passes;
+    // The water temperatures of cooling circuits follow here once circuits are computed.
+  } while (!run.Thermal_Converged);
+  return true;
+}
+
+}  // namespace
+
+void Set_Initial_State(const Project& p, Run_State& run, int variant) {
+  Project& writable = const_cast<Project&>(p);  // only the replacement flags are sized
+  const int elements = p.Mesh_Element.count();
+  if (p.Replace_Material != 0 && static_cast<int>(p.Element_Replaced.size()) != elements)
+    writable.Element_Replaced.assign(static_cast<std::size_t>(elements), false);
+
+  for (int e = 1; e <= elements; ++e) {
+    const Mesh_Element& element = p.Mesh_Element[e];
+    std::int16_t number = 0;
+    for (int m = 1; m <= p.Material.count(); ++m)
+      if (p.Material[m].Name == element.Material) {
+        number = static_cast<std::int16_t>(m);
+        break;
+      }
+    if (p.Replace_Material != 0 && static_cast<std::size_t>(e - 1) < p.Element_Replaced.size() &&
+        p.Element_Replaced[static_cast<std::size_t>(e - 1)] && p.Run_Material.valid(variant))
+      number = p.Run_Material[variant];
+    run.Element_Material[e] = number;
+
+    const bool no_heat = p.Material.valid(number) && p.Material[number].Heat_Model == "NO H";
+    for (int i = 1; i <= 4; ++i) {
+      Point_State& s = Point(run, e, i);
+      s.Maturity_Old = s.Maturity_New = element.Maturity;
+      s.Weighted_Maturity_Old = s.Weighted_Maturity_New = element.Maturity;
+      s.Water_Old = s.Water_New = element.Moisture_Content;
+      s.Hydration_Old = s.Hydration_New = no_heat ? 1.0 : 0.0;
+    }
+  }
+
+  run.Moisture_Included = false;
+  for (int e = 1; e <= elements; ++e) {
+    const int m = run.Element_Material[e];
+    if (p.Material.valid(m) && p.Material[m].Has_Hygral) {
+      run.Moisture_Included = true;
+      run.Saturation_Limit = p.Material[m].H_Limit;
+    }
+  }
+
+  // Starting fields at the nodes, macro by macro: a node shared by two macros keeps the value of
+  // the macro with the higher number.
+  std::fill(run.Temperature_Old.begin(), run.Temperature_Old.end(), 0.0);
+  std::fill(run.Moisture_Old.begin(), run.Moisture_Old.end(), 0.0);
+  std::vector<std::vector<int>> by_macro(static_cast<std::size_t>(p.Macro.count()) + 1);
+  for (int e = 1; e <= elements; ++e) {
+    const int m = p.Mesh_Element[e].Macro_Number;
+    if (m >= 1 && m <= p.Macro.count()) by_macro[static_cast<std::size_t>(m)].push_back(e);
+  }
+  for (const auto& list : by_macro)
+    for (int e : list) {
+      const Mesh_Element& element = p.Mesh_Element[e];
+      for (int n = 1; n <= 4; ++n) {
+        const int k = Equation(run, element.Corner[n]);
+        run.Temperature_Old[k] = element.Temperature;
+        run.Moisture_Old[k] = element.Potential;
+      }
+    }
+  run.Temperature_New = run.Temperature_Old;
+  run.Temperature_Initial = run.Temperature_Old;
+  run.Moisture_New = run.Moisture_Old;
+}
+
+void Update_End_Of_Step(Run_State& run) {
+  run.Temperature_Old = run.Temperature_New;
+  run.Moisture_Old = run.Moisture_New;
+  for (Point_State& s : run.Points) {
+    s.Maturity_Old = s.Maturity_New;
+    s.Weighted_Maturity_Old = s.Weighted_Maturity_New;
+    s.Water_Old = s.Water_New;
+    s.Hydration_Old = s.Hydration_New;
+  }
+}
+
+Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const std::string& work_directory,
+                         std::string& message) {
+  Run_Outcome outcome = Run_Outcome::Completed;
+  auto report = [&](const std::string& text, Message_Kind kind) {
+    message = text;
+    host.Show_Message(text, kind);
+  };
+  if (run.Mechanical_Included) {
+    report("The mechanical analysis is not part of this version: only the temperature field is computed.",
+           Message_Kind::Warning);
+    run.Mechanical_Included = false;
+  }
+
+  Allocate_Solution_Arrays(p, run, host);
+  Result_Family family;
+  std::string text;
+  if (!Prepare_Result_Family(family, p, run.Mechanical_Included, work_directory, text)) {
+    report(text, Message_Kind::Critical);
+    return Run_Outcome::Failed;
+  }
+
+  const int variants = std::max(Number_Of_Runs(family), 1);
+  for (int variant = 1; variant <= variants; ++variant) {
+    if (!Open_Result_Files(family, variant, 1, Run_Index_Version, text)) {
+      report(text, Message_Kind::Critical);
+      outcome = Run_Outcome::Failed;
+      break;
+    }
+    bool variant_failed = false;
+    Set_Initial_State(p, run, variant);
+    if (run.Moisture_Included)
+      report("The moisture analysis is not part of this version: the moisture field keeps its initial value.",
+             Message_Kind::Warning);
+    run.Gauss = Set_Gauss_Points();
+    Set_Time_Steps(p, run.Steps);
+    const int steps = Number_Of_Steps(run.Steps);
+
+    run.Index = Run_Index{};
+    run.Index.Step_Time = run.Steps.Step_Time;
+    Field_Values fields = Current_Fields(p, run);
+    if (!Record_Storage(family, variant, fields, 0.0, run.Index, text)) {
+      report(text, Message_Kind::Critical);
+      variant_failed = true;
+    }
+    run.Saved_Step_Time.assign(static_cast<std::size_t>(steps) + 2, 0.0);
+    Size_Field_Statistics(run.Statistics, steps);
+    int row = 1, flagged = 1;
+    Sample_Field_Extremes(run.Index, run.Statistics, row, flagged, fields, run.Mechanical_Included);
+
+    run.Stop_Computations = false;
+    host.Pump_Events();
+    for (int step = 1; step <= steps && !variant_failed; ++step) {
+      host.Pump_Events();
+      if (host.Stop_Requested()) run.Stop_Computations = true;
+      if (run.Stop_Computations) break;
+      const double t = run.Steps.Step_Time[step];
+      const double previous = step == 1 ? 0.0 : run.Steps.Step_Time[step - 1];
+      run.Mid_Step_Time = step == 1 ? t * 0.5 : (previous + t) * 0.5;
+      const double dt = step == 1 ? t : t - previous;
+
+      if (!Solve_Thermal_Step(p, run, host, dt, t, text)) {
+        // A singular model ends this variant only: the others still run.
+        report(text, Message_Kind::Critical);
+        run.Stop_Computations = false;
+        variant_failed = true;
+        break;
+      }
+
+      Update_End_Of_Step(run);
+      ++row;
+      run.Saved_Step_Time[static_cast<std::size_t>(row)] = t;
+      const bool store = Is_Storage_Step(run.Steps, step);
+      if (store) ++flagged;
+      fields = Current_Fields(p, run);
+      Sample_Field_Extremes(run.Index, run.Statistics, row, flagged, fields, run.Mechanical_Included);
+      if (store) {
+        if (!Record_Storage(family, variant, fields, t, run.Index, text)) {
+          report(text, Message_Kind::Critical);
+          variant_failed = true;
+          break;
+        }
+        host.Pump_Events();
+      }
+      host.Report_Step(Step_Report{variant, variants, step, steps, t, Storage_Count(run.Index), 0});
+    }
+
+    Clamp_Plot_Storages(run.Index);
+    if (!Write_Run_Index(family, variant, run.Index, text)) {
+      report(text, Message_Kind::Critical);
+      variant_failed = true;
+    }
+    if (!Close_Result_Files(family, variant, text)) {
+      report(text, Message_Kind::Critical);
+      variant_failed = true;
+    }
+    host.Report_Variant(variant, variants, Storage_Count(run.Index));
+    if (variant_failed) outcome = Run_Outcome::Failed;
+    if (run.Stop_Computations) {
+      if (outcome != Run_Outcome::Failed) outcome = Run_Outcome::Stopped;
+      break;
+    }
+  }
+  host.Pump_Events();
+  return outcome;
+}
+
+}  // namespace pvx

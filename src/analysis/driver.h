@@ -1,0 +1,43 @@
+// The analysis driver: carries a computation from the start to the closing of the result files.
+//
+// Run_Analysis owns the order of the stages, the iterations of a time step, the stop flag and the
+// decision of what is stored when. For every material variant of the project it opens the result
+// family, sets the initial state, stores it, and walks the step table: per step the thermal
+// problem (one factorisation, then passes on the right-hand side until no temperature moves by
+// more than 0.01 degrees), then the moisture and mechanical problems, the end of the step, the
+// sampling of the extremes and, at a storage step, one storage of all fields.
+//
+// It runs in the caller's thread and reaches the caller only through the Analysis_Host.
+#pragma once
+
+#include <string>
+
+#include "analysis/host.h"
+#include "analysis/run_state.h"
+#include "app/project.h"
+
+namespace pvx {
+
+enum class Run_Outcome {
+  Completed,  // every variant ran to its last step
+  Stopped,    // the user stopped the run (or refused more iterations); the files are closed
+  Failed      // a variant failed (zero pivot, result files); the files that were open are closed
+};
+
+// Runs every material variant of the project. Before the call the caller has prepared the
+// prescribed data (Set_Prescribed_Data) and the runs and their result names (Prepare_Runs);
+// relative result names are taken in `work_directory`. `run` carries the settings in and the state
+// of the last variant out. Messages reach the host as they arise; the last one is also returned.
+Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const std::string& work_directory,
+                         std::string& message);
+
+// The initial state of a variant: material numbers (with the variant's replacement), the state of
+// every integration point, the starting temperatures and moistures at the nodes (a node shared by
+// two macros takes the value of the higher macro).
+void Set_Initial_State(const Project& p, Run_State& run, int variant);
+
+// Moves the current state of the step to the start of the next: temperatures, moistures and every
+// integration point's pairs.
+void Update_End_Of_Step(Run_State& run);
+
+}  // namespace pvx

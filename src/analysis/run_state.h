@@ -1,0 +1,80 @@
+// The state of one computation: settings, flags, the step table, the numbering and the solution
+// vectors, the integration-point states and what is stored. One object per run, passed by
+// reference to every stage, so that a test, the batch tool and the desktop program each hold
+// their own.
+//
+// Solution vectors are indexed by equation number (1..n, see Node_Numbering); per-element tables by
+// element number; integration points run element outer, point inner: point i of element e is
+// Points[4 (e - 1) + i], i = 1..4, in the order (-g,-g), (+g,-g), (+g,+g), (-g,+g).
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "analysis/hydration.h"
+#include "analysis/schedule.h"
+#include "analysis/solver.h"
+#include "analysis/thermal_element.h"
+#include "app/table.h"
+#include "results/extremes.h"
+#include "results/run_index.h"
+
+namespace pvx {
+
+// The three blocks of an element kept for the passes of a step: capacity C, conduction K (without
+// the half step) and the unweighted mass M.
+struct Element_Matrix_Set {
+  Block10 C{}, K{}, M{};
+};
+
+struct Run_State {
+  // Settings, taken when the run starts.
+  bool Mechanical_Included = false;
+  int Mechanical_Iteration_Limit = 10;
+  double Mechanical_Limits[3] = {0.001, 0.001, 0.001};
+
+  // Flags. Stop_Computations is read at the top of each step and after each variant.
+  bool Stop_Computations = false;
+  bool Moisture_Included = false;
+  bool Thermal_Converged = false;
+  double Saturation_Limit = 0;
+
+  // Schedule and what is stored.
+  Step_Table Steps;
+  double Mid_Step_Time = 0;
+  Run_Index Index;             // step times, storage times and the extreme table of the variant
+  Field_Statistics Statistics; // per-step extremes for the run window
+  std::vector<double> Saved_Step_Time;  // 1..steps+1: 0, then the end of each step done
+  int Thermal_Passes = 0;      // passes of the thermal iteration in the last step
+
+  // Numbering and the linear systems (thermal and moisture share the numbering).
+  Node_Numbering Numbering;
+  int Equations = 0;
+  Table<double> Matrix;
+  Table<double> Right_Hand_Side;
+
+  // Nodal fields by equation number.
+  Table<double> Temperature_Old, Temperature_New, Temperature_Initial;
+  Table<double> Moisture_Old, Moisture_New;
+  Table<double> Base_Load;
+  Table<std::int16_t> Active_Equation;
+
+  // Per element and per integration point.
+  Table<std::int16_t> Element_Material;  // material number of each element in this variant; 0 none
+  Table<Element_Matrix_Set> Element_Matrices;
+  std::vector<Point_State> Points;  // 4 per element, see above; index 0 unused
+  Gauss_Points Gauss{};
+
+  // Buffers of one storage, by mesh node and by integration point.
+  std::vector<double> Out_Temperature, Out_Potential;
+  std::vector<double> Out_Maturity, Out_Hydration, Out_C_Maturity, Out_Moisture, Out_Tensile, Out_Compressive;
+};
+
+inline Point_State& Point(Run_State& run, int element, int point) {
+  return run.Points[static_cast<std::size_t>(4 * (element - 1) + point)];
+}
+inline const Point_State& Point(const Run_State& run, int element, int point) {
+  return run.Points[static_cast<std::size_t>(4 * (element - 1) + point)];
+}
+
+}  // namespace pvx

@@ -1,0 +1,241 @@
+#include "analysis/thermal.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "design/time_function.h"
+#include "material/properties.h"
+
+namespace pvx {
+
+bool Element_Active(const Mesh_Element& e, double t) {
+  const float time = static_cast<float>(t);
+  return e.Present_From <= time && e.Present_Until > time;
+}
+
+double Function_Value(const Project& p, Function_Family family, int number, double t) {
+  const Table<Function>& table = Function_Table(p, family);
+  return table.valid(number) ? Evaluate_Function(table[number], t) : 0.0;
+}
+
+namespace {
+
+// Position of entry (r, c) of the symmetric matrix in the packed upper triangle.
+inline int Position(const Run_State& run, int r, int c) {
+  if (r > c) std::swap(r, c);
+  return run.Numbering.Column_Pointer[static_cast<std::size_t>(c)] - (c - r);
+}
+inline double& Diagonal(Run_State& run, int k) { return run.Matrix[Position(run, k, k)]; }
+
+inline int Equation(const Run_State& run, int node) { return run.Numbering.Node_Equation[node]; }
+
+void Element_Equations(const Run_State& run, const Mesh_Element& e, int eq[4]) {
+  for (int n = 0; n < 4; ++n) eq[n] = Equation(run, e.Corner[n + 1]);
+}
+
+Element_Geometry Geometry_Of(const Project& p, const Mesh_Element& e) {
+  Element_Geometry g;
+  for (int n = 0; n < 4; ++n) {
+    const Mesh_Node& node = p.Mesh_Node[e.Corner[n + 1]];
+    g.x[n] = node.X;
+    g.y[n] = node.Y;
+  }
+  g.axisymmetric = p.Out_Of_Plane.Axisymmetric != 0;
+  g.offset_radius = p.Out_Of_Plane.Offset_Radius;
+  return g;
+}
+
+// The first interval of a border that holds time t, or null.
+const Thermal_Period* Interval_At(const Border& b, double t) {
+  for (const Thermal_Period& period : b.Thermal_Periods)
+    if (period.From <= t && period.Until >= t) return &period;
+  return nullptr;
+}
+
+void Border_Side(const Project& p, const Border& b, double coefficient, double s[3]) {
+  const Mesh_Node& a = p.Mesh_Node[b.Node_A];
+  const Mesh_Node& c = p.Mesh_Node[b.Node_B];
+  Side_Matrix(a.X, a.Y, c.X, c.Y, p.Out_Of_Plane.Axisymmetric != 0, p.Out_Of_Plane.Offset_Radius, coefficient, s);
+}
+
+bool Border_Nodes_Valid(const Project& p, const Border& b) {
+  return p.Mesh_Node.valid(b.Node_A) && p.Mesh_Node.valid(b.Node_B);
+}
+
+}  // namespace
+
+void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double t) {
+  const double half = Half_Step(dt);
+  const double mid = run.Mid_Step_Time;
+  std::fill(run.Matrix.begin(), run.Matrix.end(), 0.0);
+  std::fill(run.Base_Load.begin(), run.Base_Load.end(), 0.0);
+
+  // Elements: capacity and conductivity per integration point from the water of the point and the
+  // temperature of its corner node, old and new.
+  for (int k = 1; k <= p.Mesh_Element.count(); ++k) {
+    const Mesh_Element& e = p.Mesh_Element[k];
+    if (!Element_Active(e, mid)) continue;
+    const int m = run.Element_Material[k];
+    if (!p.Material.valid(m)) continue;
+    const Material& material = p.Material[m];
+    int eq[4];
+    Element_Equations(run, e, eq);
+    double capacity[4], conductivity[4];
+    for (int i = 0; i < 4; ++i) {
+      const Point_State& s = Point(run, k, i + 1);
+      capacity[i] = Thermal_Capacity(material, s.Water_Old, s.Water_New, run.Temperature_Old[eq[i]],
+                                     run.Temperature_New[eq[i]]);
+      conductivity[i] = Thermal_Conductivity(material, s.Water_Old, s.Water_New);
+    }
+    Element_Matrix_Set& set = run.Element_Matrices[k];
+    Element_Thermal_Matrices(Geometry_Of(p, e), capacity, conductivity, set.C, set.K, set.M);
+    for (int i = 1; i <= 4; ++i)
+      for (int j = i; j <= 4; ++j) {
+        const int b = Block_Index(i, j);
+        run.Matrix[Position(run, eq[i - 1], eq[j - 1])] +=
+            (i == j || eq[i - 1] != eq[j - 1] ? 1.0 : 2.0) * (set.C.v[b] + half * set.K.v[b]);
+      }
+  }
+
+  // Convection on the borders whose two nodes belong to active elements.
+  for (const Border& b : p.Mesh_Border) {
+    if (b.Thermal_Active == 0 || !Border_Nodes_Valid(p, b)) continue;
+    const Thermal_Period* period = Interval_At(b, mid);
+    if (!period) continue;
+    const int e1 = Equation(run, b.Node_A), e2 = Equation(run, b.Node_B);
+    if (Diagonal(run, e1) <= 0 || Diagonal(run, e2) <= 0) continue;
+    if (period->Convection_On == 0) continue;
+    double s[3];
+    Border_Side(p, b, period->Convection_Coefficient, s);
+    Diagonal(run, e1) += half * s[0];
+    run.Matrix[Position(run, e1, e2)] += (e1 == e2 ? 2.0 : 1.0) * half * s[1];
+    Diagonal(run, e2) += half * s[2];
+  }
+
+  // Prescribed nodes: the row is dominated by a penalty of 1000 times its diagonal. With several
+  // conditions on one node the last load wins while the factors multiply up.
+  for (const Prescribed_Node& node : p.Prescribed_Node) {
+    if (!(node.From <= mid && node.Until >= mid) || !p.Mesh_Node.valid(node.Mesh_Node)) continue;
+    const double T = Function_Value(p, Function_Family::Temperature, node.Temperature_Function, t);
+    const int k = Equation(run, node.Mesh_Node);
+    const double d = Diagonal(run, k);
+    if (d > 0) {
+      run.Base_Load[k] = p.Prescribed_Penalty * d * T;
+      Diagonal(run, k) = d + p.Prescribed_Penalty * d;
+    }
+  }
+
+  // Prescribed points inside an element, spread over its corners by the bilinear weights.
+  for (const Point_T& point : p.Point_T) {
+    if (!(point.Present_From <= mid && point.Until >= mid) || !p.Mesh_Element.valid(point.Element)) continue;
+    const Mesh_Element& e = p.Mesh_Element[point.Element];
+    if (!Element_Active(e, mid)) continue;
+    const double T = Function_Value(p, Function_Family::Temperature, point.Temperature_Function, t);
+    int eq[4];
+    Element_Equations(run, e, eq);
+    double d = 0;
+    for (int i = 0; i < 4; ++i) d = std::max(d, Diagonal(run, eq[i]));
+    if (d <= 0) continue;
+    const double u = point.Local_X, v = point.Local_Y;
+    const double w[4] = {(1 - u) * (1 - v), (1 - v) * u, u * v, (1 - u) * v};
+    for (int i = 0; i < 4; ++i) {
+      run.Base_Load[eq[i]] += p.Prescribed_Penalty * d * w[i] * T;
+      for (int j = i; j < 4; ++j)
+        run.Matrix[Position(run, eq[i], eq[j])] +=
+            (i == j || eq[i] != eq[j] ? 1.0 : 2.0) * p.Prescribed_Penalty * d * w[i] * w[j];
+    }
+  }
+
+  // A node of no active element is decoupled with a unit diagonal and keeps its temperature.
+  for (int k = 1; k <= run.Equations; ++k) {
+    double& d = Diagonal(run, k);
+    if (d <= 0) {
+      d = 1.0;
+      run.Active_Equation[k] = 0;
+    } else {
+      run.Active_Equation[k] = -1;
+    }
+  }
+}
+
+void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
+  (void)t;
+  const double half = Half_Step(dt);
+  const double mid = run.Mid_Step_Time;
+  Table<double>& r = run.Right_Hand_Side;
+  std::copy(run.Base_Load.begin(), run.Base_Load.end(), r.begin());
+
+  for (int k = 1; k <= p.Mesh_Element.count(); ++k) {
+    const Mesh_Element& e = p.Mesh_Element[k];
+    if (!Element_Active(e, mid)) continue;
+    const int m = run.Element_Material[k];
+    if (!p.Material.valid(m)) continue;
+    const Material& material = p.Material[m];
+    int eq[4];
+    Element_Equations(run, e, eq);
+    const Element_Matrix_Set& set = run.Element_Matrices[k];
+
+    // The trapezoidal rule: (C - dt/2 K) T_old.
+    Block10 explicit_block;
+    for (int b = 0; b < 10; ++b) explicit_block.v[b] = set.C.v[b] - half * set.K.v[b];
+    Array1<double, 4> T_old, product;
+    for (int i = 0; i < 4; ++i) T_old.v[i] = run.Temperature_Old[eq[i]];
+    Multiply_Symmetric(product, explicit_block, T_old);
+    for (int i = 0; i < 4; ++i) r[eq[i]] += product.v[i];
+
+    // Maturity and the heat of the step at each point, from its corner node.
+    Array1<double, 4> q;
+    for (int i = 0; i < 4; ++i) {
+      Point_State& s = Point(run, k, i + 1);
+      Update_Maturity(material, dt, run.Temperature_Old[eq[i]], run.Temperature_New[eq[i]], run.Moisture_Old[eq[i]],
+                      run.Moisture_New[eq[i]], s.Maturity_Old, s.Maturity_New, s.Weighted_Maturity_Old,
+                      s.Weighted_Maturity_New);
+      q.v[i] = Hydration_Heat(material, dt, s.Maturity_Old, s.Maturity_New, s.Hydration_New);
+      s.Hydration_New *= material.Hydration_Factor;
+    }
+    // The heat is already the integral over the step: it enters without the half step.
+    Multiply_Symmetric(product, set.M, q);
+    for (int i = 0; i < 4; ++i) r[eq[i]] += product.v[i];
+  }
+
+  for (const Border& b : p.Mesh_Border) {
+    if (b.Thermal_Active == 0 || !Border_Nodes_Valid(p, b)) continue;
+    const Thermal_Period* period = Interval_At(b, mid);
+    if (!period) continue;
+    const int e1 = Equation(run, b.Node_A), e2 = Equation(run, b.Node_B);
+    if (run.Active_Equation[e1] == 0 || run.Active_Equation[e2] == 0) continue;
+    double s[3];
+    Border_Side(p, b, 1.0, s);
+    const double m11 = s[0], m12 = s[1], m22 = s[2];
+    const double Ta = Function_Value(p, Function_Family::Temperature, period->Temperature_Function, mid);
+    if (period->Convection_On != 0) {
+      const double T1 = run.Temperature_Old[e1], T2 = run.Temperature_Old[e2];
+      const double g1 = 2 * Ta - T1, g2 = 2 * Ta - T2;
+      const double h = half * period->Convection_Coefficient;
+      r[e1] += h * (m11 * g1 + m12 * g2);
+      r[e2] += h * (m22 * g2 + m12 * g1);
+    }
+    if (period->Radiation_On != 0) {
+      // Long-wave exchange with the surroundings, explicit in the current temperatures.
+      auto fourth = [](double T) {
+        const double K = T + 273;
+        return K * K * K * K;
+      };
+      const double F1 = 5.77e-8 * (period->Ea * fourth(Ta) - period->Es * fourth(run.Temperature_New[e1]));
+      const double F2 = 5.77e-8 * (period->Ea * fourth(Ta) - period->Es * fourth(run.Temperature_New[e2]));
+      r[e1] += 2 * half * (m11 * F1 + m12 * F2);
+      r[e2] += 2 * half * (m22 * F2 + m12 * F1);
+      if (period->Radiation_Function > 0) {
+        const double Q = Function_Value(p, Function_Family::Radiation, period->Radiation_Function, mid);
+        const double sun = (m11 + m12) * half * period->Er * 2 * Q;
+        r[e1] += sun;
+        r[e2] += sun;
+      }
+    }
+  }
+
+  for (int k = 1; k <= run.Equations; ++k)
+    if (run.Active_Equation[k] == 0) r[k] = run.Temperature_Old[k];
+}
+
+}  // namespace pvx
