@@ -31,7 +31,8 @@ pvx::Project Square_Section(int n) {
   p.Macro.add(macro);
   const double size = 4000.0 / n;
   for (int j = 0; j <= n; ++j)
-    for (int i = 0; i <= n; ++i) p.Mesh_Node.add(pvx::Mesh_Node{i * size, j * size});
+    for (int i = 0; i <= n; ++i)
+      p.Mesh_Node.add(pvx::Mesh_Node{i * size, j * size});
   auto node = [n](int i, int j) { return static_cast<std::int16_t>(j * (n + 1) + i + 1); };
   for (int j = 0; j < n; ++j)
     for (int i = 0; i < n; ++i) {
@@ -76,7 +77,8 @@ void BM_Thermal_Run(benchmark::State& state) {
   state.counters["passes_last_step"] = passes;
   for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP"}) {
     std::error_code ec;
-    std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext), ec);
+    std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext),
+                            ec);
   }
 }
 BENCHMARK(BM_Thermal_Run)

@@ -1,11 +1,11 @@
 // pvx run: computes every material variant of a project headless and writes its result family.
+#include <unistd.h>
 #include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <memory>
-#include <unistd.h>
 #include <vector>
 
 #include <fmt/format.h>
@@ -23,7 +23,9 @@ namespace {
 
 // Ctrl-C acts as the stop button: the run ends at the top of the next step with its files closed.
 std::atomic<bool> interrupt_requested{false};
-extern "C" void On_Interrupt(int) { interrupt_requested = true; }
+extern "C" void On_Interrupt(int) {
+  interrupt_requested = true;
+}
 
 std::string Clock(double seconds) {
   const long s = static_cast<long>(seconds + 0.5);
@@ -38,7 +40,9 @@ class Console_Host : public Analysis_Host {
   void Show_Message(const std::string& text, Message_Kind kind) override {
     if (bar_shown_) std::cerr << "\n";
     bar_shown_ = false;
-    std::cerr << (kind == Message_Kind::Critical ? "error: " : kind == Message_Kind::Warning ? "warning: " : "")
+    std::cerr << (kind == Message_Kind::Critical  ? "error: "
+                  : kind == Message_Kind::Warning ? "warning: "
+                                                  : "")
               << text << "\n";
   }
   bool Stop_Requested() override { return interrupt_requested.load(); }
@@ -53,11 +57,13 @@ class Console_Host : public Analysis_Host {
     const double remaining = r.step > 0 ? elapsed * (r.steps - r.step) / r.step : 0;
     const int width = 30;
     const int filled = r.steps > 0 ? width * r.step / r.steps : width;
-    std::cerr << fmt::format("\rvariant {}/{} [{}{}] step {}/{}  t = {:.2f} h  storages {}  elapsed {}  remaining {} ",
-                             r.variant, r.variants, std::string(static_cast<std::size_t>(filled), '#'),
-                             std::string(static_cast<std::size_t>(width - filled), '.'), r.step, r.steps, r.time,
-                             r.storages, Clock(elapsed), Clock(remaining))
-              << std::flush;
+    std::cerr
+        << fmt::format(
+               "\rvariant {}/{} [{}{}] step {}/{}  t = {:.2f} h  storages {}  elapsed {}  remaining {} ",
+               r.variant, r.variants, std::string(static_cast<std::size_t>(filled), '#'),
+               std::string(static_cast<std::size_t>(width - filled), '.'), r.step, r.steps, r.time,
+               r.storages, Clock(elapsed), Clock(remaining))
+        << std::flush;
     bar_shown_ = true;
   }
 
@@ -69,8 +75,9 @@ class Console_Host : public Analysis_Host {
         std::chrono::duration<double>(std::chrono::steady_clock::now() - variant_start_).count();
     const std::string name =
         static_cast<std::size_t>(variant) < names_.size() ? names_[static_cast<std::size_t>(variant)] : "";
-    std::cout << fmt::format("variant {}/{}: {} of {} steps, {} storages in {} ({:.1f} s)\n", variant, variants,
-                             last_.variant == variant ? last_.step : 0, last_.steps, storages, name, elapsed)
+    std::cout << fmt::format("variant {}/{}: {} of {} steps, {} storages in {} ({:.1f} s)\n", variant,
+                             variants, last_.variant == variant ? last_.step : 0, last_.steps, storages, name,
+                             elapsed)
               << std::flush;
     variant_start_ = std::chrono::steady_clock::now();
   }
@@ -81,7 +88,8 @@ class Console_Host : public Analysis_Host {
  private:
   bool terminal_;
   bool bar_shown_ = false;
-  std::chrono::steady_clock::time_point start_, variant_start_ = std::chrono::steady_clock::now(), last_draw_{};
+  std::chrono::steady_clock::time_point start_, variant_start_ = std::chrono::steady_clock::now(),
+                                                last_draw_{};
 };
 
 }  // namespace
@@ -91,12 +99,16 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     std::string project, output;
   };
   auto o = std::make_shared<Options>();
-  auto* run = app.add_subcommand("run", "Compute every material variant of a project and write its result family");
+  auto* run =
+      app.add_subcommand("run", "Compute every material variant of a project and write its result family");
   run->add_option("PROJECT", o->project, "Project file (.PVX)")->required();
-  run->add_option("--output", o->output, "Name of the result family (NAME.RES), relative to the project's folder");
+  run->add_option("--output", o->output,
+                  "Name of the result family (NAME.RES), relative to the project's folder");
   run->footer(
-      "Exit status: 0 every variant was computed; 1 the project, its database or its prescribed data could not be "
-      "used, or a variant failed (zero pivot, result files); 2 the run was stopped with Ctrl-C, after which the "
+      "Exit status: 0 every variant was computed; 1 the project, its database or its prescribed data could "
+      "not be "
+      "used, or a variant failed (zero pivot, result files); 2 the run was stopped with Ctrl-C, after which "
+      "the "
       "files hold every storage written so far and are closed.");
   run->callback([&status, o] {
     Project p;
@@ -145,12 +157,16 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     const Run_Outcome outcome = Run_Analysis(p, state, host, work, message);
     std::signal(SIGINT, previous);
     switch (outcome) {
-      case Run_Outcome::Completed: status = Exit_Ok; break;
+      case Run_Outcome::Completed:
+        status = Exit_Ok;
+        break;
       case Run_Outcome::Stopped:
         std::cerr << "stopped: the result files are closed and hold what was stored\n";
         status = Exit_Stopped;
         break;
-      case Run_Outcome::Failed: status = Exit_Failure; break;
+      case Run_Outcome::Failed:
+        status = Exit_Failure;
+        break;
     }
   });
 }

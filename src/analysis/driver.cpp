@@ -12,7 +12,9 @@ namespace pvx {
 
 namespace {
 
-inline int Equation(const Run_State& run, int node) { return run.Numbering.Node_Equation[node]; }
+inline int Equation(const Run_State& run, int node) {
+  return run.Numbering.Node_Equation[node];
+}
 
 // Sizes every table of the run for the mesh and numbers the equations.
 void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& host) {
@@ -21,8 +23,8 @@ void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& h
   run.Equations = n;
   run.Matrix.resize(run.Numbering.Profile_Size);
   run.Right_Hand_Side.resize(n);
-  for (Table<double>* v : {&run.Temperature_Old, &run.Temperature_New, &run.Temperature_Initial, &run.Moisture_Old,
-                           &run.Moisture_New, &run.Base_Load})
+  for (Table<double>* v : {&run.Temperature_Old, &run.Temperature_New, &run.Temperature_Initial,
+                           &run.Moisture_Old, &run.Moisture_New, &run.Base_Load})
     v->resize(n);
   run.Active_Equation.resize(n);
   const int elements = p.Mesh_Element.count();
@@ -31,8 +33,8 @@ void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& h
   run.Points.assign(static_cast<std::size_t>(4 * elements + 1), Point_State{});
   run.Out_Temperature.resize(static_cast<std::size_t>(n));
   run.Out_Potential.resize(static_cast<std::size_t>(n));
-  for (auto* v : {&run.Out_Maturity, &run.Out_Hydration, &run.Out_C_Maturity, &run.Out_Moisture, &run.Out_Tensile,
-                  &run.Out_Compressive})
+  for (auto* v : {&run.Out_Maturity, &run.Out_Hydration, &run.Out_C_Maturity, &run.Out_Moisture,
+                  &run.Out_Tensile, &run.Out_Compressive})
     v->resize(static_cast<std::size_t>(4 * elements));
 }
 

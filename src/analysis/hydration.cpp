@@ -60,7 +60,9 @@ double Hydration_Heat(const Material& m, double dt, double M_old, double M_new, 
     return m.Heat_H * (g2 - (M1 > 0 ? G(M1) : 0.0));
   }
   if (model == "PIWI") {
-    auto P = [&](double M) { return M > 0 ? Piecewise_Linear(m.Heat_Table_Time, m.Heat_Table_Rise, M) : 0.0; };
+    auto P = [&](double M) {
+      return M > 0 ? Piecewise_Linear(m.Heat_Table_Time, m.Heat_Table_Rise, M) : 0.0;
+    };
     const double q2 = m.Capacity_Wet * P(M2);
     Hydration_New = M2 > 0 && m.Heat_H != 0 ? q2 / m.Heat_H : 0.0;
     return q2 - (M1 > 0 ? m.Capacity_Wet * P(M1) : 0.0);

@@ -42,10 +42,10 @@ struct Run_State {
   // Schedule and what is stored.
   Step_Table Steps;
   double Mid_Step_Time = 0;
-  Run_Index Index;             // step times, storage times and the extreme table of the variant
-  Field_Statistics Statistics; // per-step extremes for the run window
+  Run_Index Index;                      // step times, storage times and the extreme table of the variant
+  Field_Statistics Statistics;          // per-step extremes for the run window
   std::vector<double> Saved_Step_Time;  // 1..steps+1: 0, then the end of each step done
-  int Thermal_Passes = 0;      // passes of the thermal iteration in the last step
+  int Thermal_Passes = 0;               // passes of the thermal iteration in the last step
 
   // Numbering and the linear systems (thermal and moisture share the numbering).
   Node_Numbering Numbering;

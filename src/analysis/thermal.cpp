@@ -25,12 +25,17 @@ inline int Position(const Run_State& run, int r, int c) {
   if (r > c) std::swap(r, c);
   return run.Numbering.Column_Pointer[static_cast<std::size_t>(c)] - (c - r);
 }
-inline double& Diagonal(Run_State& run, int k) { return run.Matrix[Position(run, k, k)]; }
+inline double& Diagonal(Run_State& run, int k) {
+  return run.Matrix[Position(run, k, k)];
+}
 
-inline int Equation(const Run_State& run, int node) { return run.Numbering.Node_Equation[node]; }
+inline int Equation(const Run_State& run, int node) {
+  return run.Numbering.Node_Equation[node];
+}
 
 void Element_Equations(const Run_State& run, const Mesh_Element& e, int eq[4]) {
-  for (int n = 0; n < 4; ++n) eq[n] = Equation(run, e.Corner[n + 1]);
+  for (int n = 0; n < 4; ++n)
+    eq[n] = Equation(run, e.Corner[n + 1]);
 }
 
 Element_Geometry Geometry_Of(const Project& p, const Mesh_Element& e) {
@@ -55,7 +60,8 @@ const Thermal_Period* Interval_At(const Border& b, double t) {
 void Border_Side(const Project& p, const Border& b, double coefficient, double s[3]) {
   const Mesh_Node& a = p.Mesh_Node[b.Node_A];
   const Mesh_Node& c = p.Mesh_Node[b.Node_B];
-  Side_Matrix(a.X, a.Y, c.X, c.Y, p.Out_Of_Plane.Axisymmetric != 0, p.Out_Of_Plane.Offset_Radius, coefficient, s);
+  Side_Matrix(a.X, a.Y, c.X, c.Y, p.Out_Of_Plane.Axisymmetric != 0, p.Out_Of_Plane.Offset_Radius, coefficient,
+              s);
 }
 
 bool Border_Nodes_Valid(const Project& p, const Border& b) {
@@ -134,7 +140,8 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
     int eq[4];
     Element_Equations(run, e, eq);
     double d = 0;
-    for (int i = 0; i < 4; ++i) d = std::max(d, Diagonal(run, eq[i]));
+    for (int i = 0; i < 4; ++i)
+      d = std::max(d, Diagonal(run, eq[i]));
     if (d <= 0) continue;
     const double u = point.Local_X, v = point.Local_Y;
     const double w[4] = {(1 - u) * (1 - v), (1 - v) * u, u * v, (1 - u) * v};
@@ -177,25 +184,29 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
 
     // The trapezoidal rule: (C - dt/2 K) T_old.
     Block10 explicit_block;
-    for (int b = 0; b < 10; ++b) explicit_block.v[b] = set.C.v[b] - half * set.K.v[b];
+    for (int b = 0; b < 10; ++b)
+      explicit_block.v[b] = set.C.v[b] - half * set.K.v[b];
     Array1<double, 4> T_old, product;
-    for (int i = 0; i < 4; ++i) T_old.v[i] = run.Temperature_Old[eq[i]];
+    for (int i = 0; i < 4; ++i)
+      T_old.v[i] = run.Temperature_Old[eq[i]];
     Multiply_Symmetric(product, explicit_block, T_old);
-    for (int i = 0; i < 4; ++i) r[eq[i]] += product.v[i];
+    for (int i = 0; i < 4; ++i)
+      r[eq[i]] += product.v[i];
 
     // Maturity and the heat of the step at each point, from its corner node.
     Array1<double, 4> q;
     for (int i = 0; i < 4; ++i) {
       Point_State& s = Point(run, k, i + 1);
-      Update_Maturity(material, dt, run.Temperature_Old[eq[i]], run.Temperature_New[eq[i]], run.Moisture_Old[eq[i]],
-                      run.Moisture_New[eq[i]], s.Maturity_Old, s.Maturity_New, s.Weighted_Maturity_Old,
-                      s.Weighted_Maturity_New);
+      Update_Maturity(material, dt, run.Temperature_Old[eq[i]], run.Temperature_New[eq[i]],
+                      run.Moisture_Old[eq[i]], run.Moisture_New[eq[i]], s.Maturity_Old, s.Maturity_New,
+                      s.Weighted_Maturity_Old, s.Weighted_Maturity_New);
       q.v[i] = Hydration_Heat(material, dt, s.Maturity_Old, s.Maturity_New, s.Hydration_New);
       s.Hydration_New *= material.Hydration_Factor;
     }
     // The heat is already the integral over the step: it enters without the half step.
     Multiply_Symmetric(product, set.M, q);
-    for (int i = 0; i < 4; ++i) r[eq[i]] += product.v[i];
+    for (int i = 0; i < 4; ++i)
+      r[eq[i]] += product.v[i];
   }
 
   for (const Border& b : p.Mesh_Border) {

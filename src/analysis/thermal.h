@@ -14,7 +14,9 @@
 
 namespace pvx {
 
-inline double Half_Step(double dt) { return dt * 3.6 / 2; }
+inline double Half_Step(double dt) {
+  return dt * 3.6 / 2;
+}
 
 // An element takes part at time t when Present_From <= t < Present_Until, both compared in single
 // precision as the element holds them.

@@ -5,7 +5,8 @@
 namespace pvx {
 
 void Apply_Stored_Colours(const Table<std::int32_t>& stored, Table<std::int32_t>& colours) {
-  for (int i = 1; i <= stored.count() && i <= colours.count(); ++i) colours[i] = stored[i];
+  for (int i = 1; i <= stored.count() && i <= colours.count(); ++i)
+    colours[i] = stored[i];
 }
 
 Load_Result Load_Project(const std::string& path, const std::string& work_directory, Project& p,

@@ -17,7 +17,8 @@ enum class Load_Result { Loaded, Project_Failed, Database_Failed };
 // replace these as far as their count reaches. `p` is replaced only when both read; on a failure
 // report.message holds the program's message ("File cannot be opened !", a database fault, or
 // "Material Database (name) could not be opened. ...").
-Load_Result Load_Project(const std::string& path, const std::string& work_directory, Project& p, Read_Report& report);
+Load_Result Load_Project(const std::string& path, const std::string& work_directory, Project& p,
+                         Read_Report& report);
 
 // Puts the stored colours over the default ones of the database.
 void Apply_Stored_Colours(const Table<std::int32_t>& stored, Table<std::int32_t>& colours);

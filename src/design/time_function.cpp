@@ -20,7 +20,9 @@ double Periodical_Value(const Function& f, double t) {
   return sum;
 }
 
-double Piecewise_Value(const Function& f, double t) { return Piecewise_Linear(f.Point_Time, f.Point_Value, t); }
+double Piecewise_Value(const Function& f, double t) {
+  return Piecewise_Linear(f.Point_Time, f.Point_Value, t);
+}
 
 }  // namespace
 

@@ -33,7 +33,8 @@ Project Strip(int n, double size, const Material& material, double T0) {
     e.Material = material.Name;
     e.Macro_Number = 1;
     const auto a = static_cast<std::int16_t>(2 * i - 1);
-    e.Corner = {{a, static_cast<std::int16_t>(a + 2), static_cast<std::int16_t>(a + 3), static_cast<std::int16_t>(a + 1)}};
+    e.Corner = {{a, static_cast<std::int16_t>(a + 2), static_cast<std::int16_t>(a + 3),
+                 static_cast<std::int16_t>(a + 1)}};
     p.Mesh_Element.add(e);
   }
   p.Replace_Material = False_Flag;
@@ -86,7 +87,9 @@ Result Compute(Project& p, const test::Temp_Dir& dir, std::function<void(const S
   return r;
 }
 
-double Node_Temperature(const Run_State& run, int node) { return run.Temperature_New[run.Numbering.Node_Equation[node]]; }
+double Node_Temperature(const Run_State& run, int node) {
+  return run.Temperature_New[run.Numbering.Node_Equation[node]];
+}
 
 TEST(Run_Analysis, AdiabaticRiseWithConstantHeat) {
   test::Temp_Dir dir;
@@ -186,7 +189,8 @@ TEST(Run_Analysis, UniformFieldStaysUniformUnderEqualAir) {
   Set_Steps(p, 10, 1, 5);
   Result r = Compute(p, dir);
   ASSERT_EQ(r.outcome, Run_Outcome::Completed);
-  for (int node = 1; node <= p.Mesh_Node.count(); ++node) EXPECT_NEAR(Node_Temperature(r.run, node), 20, 1e-10);
+  for (int node = 1; node <= p.Mesh_Node.count(); ++node)
+    EXPECT_NEAR(Node_Temperature(r.run, node), 20, 1e-10);
 }
 
 TEST(Run_Analysis, NewtonCoolingOfASmallConvectiveBlock) {
@@ -230,7 +234,8 @@ TEST(Run_Analysis, SlabConductionAgainstItsSeriesSolution) {
   const int n = 40;
   Project p = Strip(n, 25, m, 100);
   p.Temperature_Functions[1].Constant_Value = 0;
-  for (int node : {1, 2}) p.Prescribed_Node.add(Prescribed_Node{1, node, 0, 1e6});
+  for (int node : {1, 2})
+    p.Prescribed_Node.add(Prescribed_Node{1, node, 0, 1e6});
   Set_Steps(p, 24, 0.1, 24);
   Result r = Compute(p, dir);
   ASSERT_EQ(r.outcome, Run_Outcome::Completed);
@@ -239,7 +244,8 @@ TEST(Run_Analysis, SlabConductionAgainstItsSeriesSolution) {
     double T = 0;
     for (int k = 0; k < 200; ++k) {
       const double lambda = (2 * k + 1) * std::numbers::pi / (2 * L);
-      T += 400 / ((2 * k + 1) * std::numbers::pi) * std::sin(lambda * x) * std::exp(-lambda * lambda * alpha * t);
+      T += 400 / ((2 * k + 1) * std::numbers::pi) * std::sin(lambda * x) *
+           std::exp(-lambda * lambda * alpha * t);
     }
     return T;
   };
