@@ -164,6 +164,22 @@ TEST(Run_Analysis, HeatBalanceOfAnInsulatedBody) {
   EXPECT_NEAR(Point(r.run, 2, 3).Hydration_New, released / m.Heat_H, 1e-6);
 }
 
+TEST(Run_Analysis, AdiabaticRiseFollowsTheTableOfAPiecewiseMaterial) {
+  // PIWI: the table is the adiabatic temperature rise against maturity, so with real-time maturity
+  // and a constant capacity the temperature reproduces the table itself, between its points too.
+  test::Temp_Dir dir;
+  Material m = Concrete("PIWI");
+  m.Heat_Table_Time = {0, 10, 24, 72};
+  m.Heat_Table_Rise = {0, 8, 30, 42};
+  m.Heat_H = 42 * 2400;
+  Project p = Strip(2, 300, m, 18);
+  Set_Steps(p, 40, 0.5, 40);
+  Result r = Compute(p, dir);
+  ASSERT_EQ(r.outcome, Run_Outcome::Completed);
+  EXPECT_NEAR(Node_Temperature(r.run, 3), 18 + 30 + 12.0 * 16 / 48, 1e-9);
+  EXPECT_NEAR(Point(r.run, 1, 2).Hydration_New, (30 + 12.0 * 16 / 48) / 42, 1e-12);
+}
+
 TEST(Run_Analysis, UniformFieldStaysUniformUnderEqualAir) {
   test::Temp_Dir dir;
   Project p = Strip(3, 400, Concrete("NO H"), 20);
