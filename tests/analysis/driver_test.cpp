@@ -291,5 +291,41 @@ TEST(Run_Analysis, StopEndsAtTheTopOfAStepWithClosedReadableFiles) {
   EXPECT_EQ(index.Storage_Time[4], 6);
 }
 
+TEST(Run_Analysis, AZeroPivotEndsItsVariantAndTheNextVariantRuns) {
+  // Two 1 m elements; in variant 1 the second one is of a material with neither capacity nor
+  // conduction, so its two outer nodes (5 and 6) have nothing of their own. A prescribed point on
+  // their side gives them the block q [1 1; 1 1] (q = 1000 x the element's largest diagonal / 4):
+  // the second of the two pivots reduces to exactly q - q = 0, and the next column, coupled to
+  // it through the element, meets it. Variant 2 gives the element an ordinary concrete.
+  test::Temp_Dir dir;
+  Material good = Concrete("NO H");
+  Material empty = Concrete("NO H");
+  empty.Name = "empty";
+  empty.Capacity_Wet = 0;
+  empty.Conductivity_Wet = 0;
+  Project p = Strip(2, 1000, good, 20);
+  p.Material.add(empty);
+  p.Point_T.add(Point_T{0, 1e6, 1, 2000, 500, 2, 1.0, 0.5});  // element 2, on the side of nodes 5 and 6
+  p.Replace_Material = True_Flag;
+  p.Run_Material.clear();
+  p.Run_Material.add(2);
+  p.Run_Material.add(1);
+  p.Element_Replaced = {false, true};
+  Set_Result_File_Names(p);
+  Set_Steps(p, 4, 1, 1);
+  Result r = Compute(p, dir);
+  EXPECT_EQ(r.outcome, Run_Outcome::Failed);
+  ASSERT_EQ(r.host.messages.size(), 1u);
+  EXPECT_EQ(r.host.messages[0], "Error division by zero in solver");
+  Run_Index first, second;
+  std::string read_message;
+  // Variant 1 keeps its initial storage, closed and readable; variant 2 ran every step.
+  ASSERT_TRUE(Read_Run_Index_File(dir.file("T.RES"), 108, false, first, read_message)) << read_message;
+  EXPECT_EQ(Storage_Count(first), 1);
+  ASSERT_TRUE(Read_Run_Index_File(dir.file("T2.RES"), 108, false, second, read_message)) << read_message;
+  EXPECT_EQ(Storage_Count(second), 5);
+  EXPECT_EQ(r.host.steps.size(), 4u);  // the steps reported are those of variant 2
+}
+
 }  // namespace
 }  // namespace pvx
