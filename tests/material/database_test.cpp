@@ -86,8 +86,12 @@ TEST(Database, TheThermalSectionVariants) {
   EXPECT_EQ(m.Latent_Peak[2], 500);
   // Nineteen pairs fill the line; the count decides how many are taken.
   std::string pairs;
-  for (int i = 1; i <= 19; ++i)
-    pairs += " " + std::to_string(i) + " " + std::to_string(100 * i);
+  for (int i = 1; i <= 19; ++i) {
+    pairs += ' ';
+    pairs += std::to_string(i);
+    pairs += ' ';
+    pairs += std::to_string(100 * i);
+  }
   m = Read_One(With(Base, "2400 capacity", "2000 19" + pairs));
   EXPECT_EQ(Latent_Count(m), 19);
   EXPECT_EQ(m.Latent_Peak[19], 1900);
