@@ -100,8 +100,12 @@ TEST(Database_Fault, SofteningAndChain) {
             "Error ISOM (WW of points should always increase).");
   // 21 points are allowed.
   std::string points = "ISOM 21 0.5 0";
-  for (int i = 0; i < 21; ++i)
-    points += "\n" + std::to_string(i) + " " + std::to_string(1 - i / 20.0);
+  for (int i = 0; i < 21; ++i) {
+    points += '\n';
+    points += std::to_string(i);
+    points += ' ';
+    points += std::to_string(1 - i / 20.0);
+  }
   EXPECT_EQ(Read_One(With(Base, isot, points)).Softening_Law.Crack_Width.count(), 21);
 
   std::string chain = With(Base, "Linear Elastic", "Maxwell Chain");

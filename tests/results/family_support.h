@@ -118,7 +118,7 @@ inline Result_Family Family_In(const Temp_Dir& dir, const Result_Layout& layout,
   family.Layout = layout;
   std::vector<std::string> names{"B.RES", "B.RES"};
   for (int r = 2; r <= runs; ++r)
-    names.push_back("B" + std::to_string(r) + ".RES");
+    names.push_back(std::string("B").append(std::to_string(r)).append(".RES"));
   std::string message;
   Set_Output_Names(family, names, dir.path().string(), message);
   return family;
