@@ -208,6 +208,14 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
     }
     bool variant_failed = false;
     Set_Initial_State(p, run, variant);
+    int unknown = 0, first_unknown = 0;
+    for (int e = 1; e <= run.Element_Material.count(); ++e)
+      if (run.Element_Material[e] == 0 && ++unknown == 1) first_unknown = e;
+    if (unknown > 0)
+      report(std::to_string(unknown) + " element(s) have a material that is not in the database (element " +
+                 std::to_string(first_unknown) + ": \"" + p.Mesh_Element[first_unknown].Material +
+                 "\"); they take no part in the computation.",
+             Message_Kind::Warning);
     if (run.Moisture_Included)
       report("The moisture analysis is not part of this version: the moisture field keeps its initial value.",
              Message_Kind::Warning);

@@ -50,6 +50,21 @@ Element_Geometry Geometry_Of(const Project& p, const Mesh_Element& e) {
   return g;
 }
 
+// Calls f(k, element, material, eq) for each element that takes part at the mid-step time and
+// has a material; eq holds the equations of its four corners.
+template <class F>
+void For_Each_Active_Element(const Project& p, const Run_State& run, F&& f) {
+  for (int k = 1; k <= p.Mesh_Element.count(); ++k) {
+    const Mesh_Element& e = p.Mesh_Element[k];
+    if (!Element_Active(e, run.Mid_Step_Time)) continue;
+    const int m = run.Element_Material[k];
+    if (!p.Material.valid(m)) continue;
+    int eq[4];
+    Element_Equations(run, e, eq);
+    f(k, e, p.Material[m], eq);
+  }
+}
+
 // The first interval of a border that holds time t, or null.
 const Thermal_Period* Interval_At(const Border& b, double t) {
   for (const Thermal_Period& period : b.Thermal_Periods)
@@ -78,30 +93,24 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
 
   // Elements: capacity and conductivity per integration point from the water of the point and the
   // temperature of its corner node, old and new.
-  for (int k = 1; k <= p.Mesh_Element.count(); ++k) {
-    const Mesh_Element& e = p.Mesh_Element[k];
-    if (!Element_Active(e, mid)) continue;
-    const int m = run.Element_Material[k];
-    if (!p.Material.valid(m)) continue;
-    const Material& material = p.Material[m];
-    int eq[4];
-    Element_Equations(run, e, eq);
-    double capacity[4], conductivity[4];
-    for (int i = 0; i < 4; ++i) {
-      const Point_State& s = Point(run, k, i + 1);
-      capacity[i] = Thermal_Capacity(material, s.Water_Old, s.Water_New, run.Temperature_Old[eq[i]],
-                                     run.Temperature_New[eq[i]]);
-      conductivity[i] = Thermal_Conductivity(material, s.Water_Old, s.Water_New);
-    }
-    Element_Matrix_Set& set = run.Element_Matrices[k];
-    Element_Thermal_Matrices(Geometry_Of(p, e), capacity, conductivity, set.C, set.K, set.M);
-    for (int i = 1; i <= 4; ++i)
-      for (int j = i; j <= 4; ++j) {
-        const int b = Block_Index(i, j);
-        run.Matrix[Position(run, eq[i - 1], eq[j - 1])] +=
-            (i == j || eq[i - 1] != eq[j - 1] ? 1.0 : 2.0) * (set.C.v[b] + half * set.K.v[b]);
-      }
-  }
+  For_Each_Active_Element(
+      p, run, [&](int k, const Mesh_Element& e, const Material& material, const int eq[4]) {
+        double capacity[4], conductivity[4];
+        for (int i = 0; i < 4; ++i) {
+          const Point_State& s = Point(run, k, i + 1);
+          capacity[i] = Thermal_Capacity(material, s.Water_Old, s.Water_New, run.Temperature_Old[eq[i]],
+                                         run.Temperature_New[eq[i]]);
+          conductivity[i] = Thermal_Conductivity(material, s.Water_Old, s.Water_New);
+        }
+        Element_Matrix_Set& set = run.Element_Matrices[k];
+        Element_Thermal_Matrices(Geometry_Of(p, e), capacity, conductivity, set.C, set.K, set.M);
+        for (int i = 1; i <= 4; ++i)
+          for (int j = i; j <= 4; ++j) {
+            const int b = Block_Index(i, j);
+            run.Matrix[Position(run, eq[i - 1], eq[j - 1])] +=
+                (i == j || eq[i - 1] != eq[j - 1] ? 1.0 : 2.0) * (set.C.v[b] + half * set.K.v[b]);
+          }
+      });
 
   // Convection on the borders whose two nodes belong to active elements.
   for (const Border& b : p.Mesh_Border) {
@@ -172,14 +181,7 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
   Table<double>& r = run.Right_Hand_Side;
   std::copy(run.Base_Load.begin(), run.Base_Load.end(), r.begin());
 
-  for (int k = 1; k <= p.Mesh_Element.count(); ++k) {
-    const Mesh_Element& e = p.Mesh_Element[k];
-    if (!Element_Active(e, mid)) continue;
-    const int m = run.Element_Material[k];
-    if (!p.Material.valid(m)) continue;
-    const Material& material = p.Material[m];
-    int eq[4];
-    Element_Equations(run, e, eq);
+  For_Each_Active_Element(p, run, [&](int k, const Mesh_Element&, const Material& material, const int eq[4]) {
     const Element_Matrix_Set& set = run.Element_Matrices[k];
 
     // The trapezoidal rule: (C - dt/2 K) T_old.
@@ -207,7 +209,7 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
     Multiply_Symmetric(product, set.M, q);
     for (int i = 0; i < 4; ++i)
       r[eq[i]] += product.v[i];
-  }
+  });
 
   for (const Border& b : p.Mesh_Border) {
     if (b.Thermal_Active == 0 || !Border_Nodes_Valid(p, b)) continue;
