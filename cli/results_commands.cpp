@@ -2,6 +2,7 @@
 // one result variable as a table with the mesh positions of its values.
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -12,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/project.h"
+#include "app/project_file.h"
 #include "app/units.h"
 #include "commands.h"
 #include "project_io.h"
@@ -253,14 +255,46 @@ int Show_Index(const Results_Options& o, std::ostream& out, std::ostream& err) {
   return Exit_Ok;
 }
 
-int Show_Record(const Results_Options& o, std::ostream& out, std::ostream& err) {
+// The project beside a result family whose run wrote it: its result name, or its own name with
+// .RES, is the family's. Empty when none or several fit.
+std::string Find_Project_Of(const std::string& res_path) {
+  namespace fs = std::filesystem;
+  auto lower = [](std::string t) {
+    for (char& c : t)
+      c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return t;
+  };
+  const fs::path res = fs::absolute(res_path);
+  const std::string wanted = lower(res.filename().string());
+  std::string found;
+  std::error_code ec;
+  for (const auto& entry : fs::directory_iterator(res.parent_path(), ec)) {
+    if (!entry.is_regular_file() || lower(entry.path().extension().string()) != ".pvx") continue;
+    Project p;
+    Read_Report report;
+    if (!Read_Project(entry.path().string(), res.parent_path().string(), p, report)) continue;
+    bool fits = lower(entry.path().stem().string() + ".RES") == wanted;
+    for (const std::string& name : p.Result_Names)
+      fits = fits || lower(File_Part(name)) == wanted;
+    if (!fits) continue;
+    if (!found.empty()) return {};
+    found = entry.path().string();
+  }
+  return found;
+}
+
+int Show_Record(const Results_Options& given, std::ostream& out, std::ostream& err) {
+  Results_Options o = given;
   const int slot = Slot_Of_Variable(o.variable);
   if (slot == 0) {
     err << fmt::format("Result variable {} has no record in the result files\n", o.variable);
     return Exit_Failure;
   }
+  if (o.project.empty()) o.project = Find_Project_Of(o.path);
   if (o.project.empty()) {
-    err << "A record is shown on the mesh of its project: give --project\n";
+    err << "A record is shown on the mesh of its project, and no single project beside the results names "
+           "them: "
+           "give --project\n";
     return Exit_Failure;
   }
   Project p;
