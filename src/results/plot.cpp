@@ -283,3 +283,119 @@ Scale_Bar_Labels Plot_Scale_Bar(Plot_Surface& surface, int variable, double low,
 }
 
 }  // namespace pvx
+
+namespace pvx {
+
+namespace {
+
+struct Layer_Pen {
+  Plot_Surface& surface;
+  const Picture_State& state;
+  void Line(double x1, double y1, double x2, double y2, Plot_Colour colour, Line_Style style, int width) {
+    surface.Line(World_To_X(state, x1), World_To_Y(state, y1), World_To_X(state, x2), World_To_Y(state, y2),
+                 colour, style, width);
+  }
+  void Point(double x, double y, double radius, Plot_Colour colour) {
+    surface.Circle(World_To_X(state, x), World_To_Y(state, y), radius, colour);
+  }
+};
+
+// The multiples of `increment` within [from, to].
+void Grid_Range(double from, double to, double increment, long long& first, long long& last) {
+  first = static_cast<long long>(std::ceil(from / increment - 1e-9));
+  last = static_cast<long long>(std::floor(to / increment + 1e-9));
+}
+
+void Plot_Side(Layer_Pen& pen, const Table<double>& x, const Table<double>& y, int a, int b,
+               Plot_Colour colour, int width) {
+  if (x.valid(a) && x.valid(b) && y.valid(a) && y.valid(b))
+    pen.Line(x[a], y[a], x[b], y[b], colour, Line_Style::Solid, width);
+}
+
+void Plot_Mesh_Side(Layer_Pen& pen, const Table<Mesh_Node>& node, int a, int b, Plot_Colour colour,
+                    int width) {
+  if (node.valid(a) && node.valid(b))
+    pen.Line(node[a].X, node[a].Y, node[b].X, node[b].Y, colour, Line_Style::Solid, width);
+}
+
+}  // namespace
+
+void Plot_Design(Plot_Surface& surface, const Picture_State& state, const Project& p, Border_Layer borders,
+                 bool mesh_in_place_of_macros) {
+  surface.Clear();
+  Layer_Pen pen{surface, state};
+  const double x_min = p.Grid_X_Min, x_max = p.Grid_X_Max, y_min = p.Grid_Y_Min, y_max = p.Grid_Y_Max;
+
+  if (state.Show_Grid && p.Rect_Grid_Visible && p.Grid_X_Increment > 0 && p.Grid_Y_Increment > 0) {
+    long long i1, i2, j1, j2;
+    Grid_Range(x_min, x_max, p.Grid_X_Increment, i1, i2);
+    Grid_Range(y_min, y_max, p.Grid_Y_Increment, j1, j2);
+    for (long long i = i1; i <= i2; ++i)
+      for (long long j = j1; j <= j2; ++j)
+        pen.Point(static_cast<double>(i) * p.Grid_X_Increment, static_cast<double>(j) * p.Grid_Y_Increment,
+                  Grid_Point_Radius, Grid_Colour);
+  }
+
+  if (state.Show_Grid && p.Circ_Grid_Visible && p.Circ_Angle_Increment > 0) {
+    // The same points as the circular snap: n + 1 angles on the outer and on the inner circle.
+    const long long n = std::llround((p.Circ_End_Angle - p.Circ_Start_Angle) / p.Circ_Angle_Increment);
+    for (double radius : {p.Circ_Outer_Radius, p.Circ_Inner_Radius})
+      for (long long i = 0; i <= n; ++i) {
+        const double angle =
+            (static_cast<double>(i) * p.Circ_Angle_Increment + p.Circ_Start_Angle) / 57.29577951;
+        pen.Point(p.Circ_X_Center + radius * std::cos(angle), p.Circ_Y_Center + radius * std::sin(angle),
+                  Grid_Point_Radius, Grid_Colour);
+      }
+  }
+
+  if (state.Show_Macros) {
+    if (mesh_in_place_of_macros) {
+      for (const Mesh_Element& e : p.Mesh_Element)
+        for (int j = 1; j <= 4; ++j)
+          Plot_Mesh_Side(pen, p.Mesh_Node, e.Corner[j], e.Corner[j % 4 + 1], Outline_Colour, 1);
+    } else {
+      for (const Macro& m : p.Macro)
+        for (int j = 1; j <= 4; ++j)
+          Plot_Side(pen, p.Node_X, p.Node_Y, m.Corner[j], m.Corner[j % 4 + 1], Outline_Colour, 1);
+    }
+  }
+
+  if (state.Show_Points)
+    for (int n = 1; n <= Node_Count(p); ++n)
+      pen.Point(p.Node_X[n], p.Node_Y[n], Node_Radius, Node_Colour);
+
+  if (state.Show_Frame) {
+    pen.Line(x_min, y_min, x_max, y_min, Frame_Colour, Line_Style::Dashed, 1);
+    pen.Line(x_max, y_min, x_max, y_max, Frame_Colour, Line_Style::Dashed, 1);
+    pen.Line(x_max, y_max, x_min, y_max, Frame_Colour, Line_Style::Dashed, 1);
+    pen.Line(x_min, y_max, x_min, y_min, Frame_Colour, Line_Style::Dashed, 1);
+  }
+
+  if (state.Show_Axes) {  // the axes through the model origin, across the frame where they cross it
+    if (y_min <= 0 && 0 <= y_max) pen.Line(x_min, 0, x_max, 0, Axes_Colour, Line_Style::Solid, 1);
+    if (x_min <= 0 && 0 <= x_max) pen.Line(0, y_min, 0, y_max, Axes_Colour, Line_Style::Solid, 1);
+  }
+
+  if (mesh_in_place_of_macros) {
+    for (const Interface& f : p.Mesh_Interface)
+      Plot_Mesh_Side(pen, p.Mesh_Node, f.Node_A, f.Node_B, Interface_Colour, 3);
+  } else {
+    for (const Interface& f : p.Interface)
+      Plot_Side(pen, p.Node_X, p.Node_Y, f.Node_A, f.Node_B, Interface_Colour, 3);
+  }
+
+  if (state.Show_Borders && borders != Border_Layer::None) {
+    const bool thermal = borders == Border_Layer::Thermal;
+    const Plot_Colour colour = thermal ? Thermal_Border_Colour : Hygral_Border_Colour;
+    const Table<Border>& table = mesh_in_place_of_macros ? p.Mesh_Border : p.Border;
+    for (const Border& b : table) {
+      if (!(thermal ? b.Thermal_Active : b.Hygral_Active)) continue;
+      if (mesh_in_place_of_macros)
+        Plot_Mesh_Side(pen, p.Mesh_Node, b.Node_A, b.Node_B, colour, 2);
+      else
+        Plot_Side(pen, p.Node_X, p.Node_Y, b.Node_A, b.Node_B, colour, 2);
+    }
+  }
+}
+
+}  // namespace pvx

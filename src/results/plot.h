@@ -147,3 +147,28 @@ Scale_Bar_Labels Plot_Scale_Bar(Plot_Surface& surface, int variable, double low,
 inline constexpr int Scale_Label_Size = 8;
 
 }  // namespace pvx
+
+namespace pvx {
+
+// Which border lines the design layers show: only the two border modes draw them.
+enum class Border_Layer { None, Thermal, Hygral };
+
+// Colours and sizes of the design layers.
+inline constexpr Plot_Colour Grid_Colour = Grey;
+inline constexpr Plot_Colour Outline_Colour = Black;
+inline constexpr Plot_Colour Node_Colour = Blue;
+inline constexpr Plot_Colour Frame_Colour = Grey;
+inline constexpr Plot_Colour Axes_Colour = Black;
+inline constexpr Plot_Colour Interface_Colour = Green;
+inline constexpr Plot_Colour Thermal_Border_Colour = Red;
+inline constexpr Plot_Colour Hygral_Border_Colour = Blue;
+inline constexpr double Grid_Point_Radius = 1;
+inline constexpr double Node_Radius = 2;
+
+// Clears the picture and draws the design in layers, bottom first: grid points, the circular grid,
+// the macros (or, for the mesh panel, the mesh elements), the nodes, the frame, the axes, the
+// interfaces and, in a border mode, the border lines of that mode.
+void Plot_Design(Plot_Surface& surface, const Picture_State& state, const Project& project,
+                 Border_Layer borders, bool mesh_in_place_of_macros);
+
+}  // namespace pvx
