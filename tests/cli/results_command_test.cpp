@@ -1,6 +1,8 @@
 // pvx results on a family written for a small project of two elements.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <cmath>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -166,7 +168,15 @@ TEST_F(Results_Command, FailuresGiveTheProgramsMessage) {
 }
 
 TEST_F(Results_Command, RequestsOutsideTheResultsAreRefused) {
+  // Without --project the mesh comes from the project beside the family that names it.
+  ASSERT_EQ(Pvx_Results({res, "--var", "1", "--project", project}, out, err), 0);
+  const std::string with_project = out;
+  EXPECT_EQ(Pvx_Results({res, "--var", "1"}, out, err), 0);
+  EXPECT_EQ(out, with_project);
+  std::filesystem::rename(project, project + ".away");
   EXPECT_EQ(Pvx_Results({res, "--var", "1"}, out, err), 1);  // no project, no mesh
+  EXPECT_NE(err.find("give --project"), std::string::npos);
+  std::filesystem::rename(project + ".away", project);
   EXPECT_EQ(Pvx_Results({res, "--var", "1", "--stored", "3", "--project", project}, out, err), 1);
   EXPECT_NE(err.find("1 to 2"), std::string::npos);
   EXPECT_EQ(Pvx_Results({res, "--var", "7", "--project", project}, out, err),
