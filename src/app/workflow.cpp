@@ -262,6 +262,17 @@ bool Query_Close(Project& p, Shell& shell, Shell_Host& host, Settings_Store& sto
   }
 }
 
+std::vector<std::string> Start_Main_Window(Project& p, Shell& shell, Shell_Host& host, Settings_Store& store,
+                                           bool decimal_comma, const std::string& command_line) {
+  Read_Work_Directory(shell, host);
+  Initialize_Program(shell, p, decimal_comma);
+  shell.State = Work_State::No_Project;
+  Choose_Default_Database(p, shell, host);
+  Set_Caption(p, shell);
+  if (!command_line.empty()) Direct_Start(command_line, p, shell, host, store);
+  return Read_Recent_Files(store);
+}
+
 void mnuProject_Click(int index, Project& p, Shell& shell, Shell_Host& host, Settings_Store& store) {
   switch (index) {
     case 0:

@@ -155,6 +155,12 @@ bool Open_Recent_File(int position, Project& p, Shell& shell, Shell_Host& host, 
 // Closing the main window: false when the closing is refused.
 bool Query_Close(Project& p, Shell& shell, Shell_Host& host, Settings_Store& store);
 
+// The start of the main window in its order: the work directory file, Initialize_Program, the
+// default database, the caption, and the Project named on the command line (empty: none).
+// Returns the recent file list for the menu.
+std::vector<std::string> Start_Main_Window(Project& p, Shell& shell, Shell_Host& host, Settings_Store& store,
+                                           bool decimal_comma, const std::string& command_line);
+
 // The Project menu: 0 New, 1 Change Work Directory, 2 Open, 3 Save, 4 Save as, 5 Exit.
 void mnuProject_Click(int index, Project& p, Shell& shell, Shell_Host& host, Settings_Store& store);
 

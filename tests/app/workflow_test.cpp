@@ -470,6 +470,37 @@ TEST(New_Command, AsksBeforeDeletingNodesAndStartsADesign) {
   EXPECT_EQ(host.redraws, 1);
 }
 
+TEST(Start, WorkDirectoryDatabaseAndCommandLineInTheirOrder) {
+  Temp_Dir app;
+  Work_Folder work;
+  test::Write_Text(app.file("PVX-Concrete.txt"),
+                   test::Read_Text(test::Source_Path("examples/PVX-Concrete.txt")));
+  test::Write_Text(app.file("workdir.tmp"), work.path() + "\n");
+  Project p;
+  Shell shell;
+  shell.Application_Path = app.path().string() + "/";
+  Scripted_Host host;
+  Memory_Store store;
+  Add_Recent_File(store, "old.PVX");
+
+  host.answers = {Answer::No};  // the proposal is refused and the chooser cancelled
+  std::vector<std::string> recent = Start_Main_Window(p, shell, host, store, true, "");
+  EXPECT_EQ(shell.Work_Directory, work.path());
+  EXPECT_EQ(shell.State, Work_State::No_Project);
+  EXPECT_EQ(shell.Caption, "KIVA version 8.6.2  (No material database connected.)");
+  EXPECT_TRUE(shell.Decimal_Comma);
+  EXPECT_EQ(recent, std::vector<std::string>{"old.PVX"});
+
+  // Yes to the proposal moves to the program's folder; the file of the command line opens there.
+  host.answers = {Answer::Yes};
+  recent = Start_Main_Window(p, shell, host, store, false, "\"" + work.project + "\"");
+  EXPECT_EQ(shell.Work_Directory, shell.Application_Path);
+  EXPECT_EQ(p.Project_File, work.project);
+  EXPECT_EQ(p.Material_Database_Path, app.file("PVX-Concrete.txt"));
+  EXPECT_EQ(shell.State, Work_State::Computed);
+  EXPECT_EQ(recent, (std::vector<std::string>{work.project, "old.PVX"}));
+}
+
 TEST(File_Exist, OnlyRegularFilesAndNoErrors) {
   Temp_Dir dir;
   test::Write_Text(dir.file("a.txt"), "x");
