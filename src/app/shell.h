@@ -16,6 +16,10 @@ inline constexpr const char* Mechanical_Label = "TRV version 8.6.2";
 inline constexpr const char* Moisture_Label = "PELDANOR version 8.6.2";
 inline constexpr const char* Program_Name = "KIVA_TRV_PELDANOR_8";
 
+// Where the user stands in the work from design to results; it decides the buttons of the main
+// toolbar (see workflow.h).
+enum class Work_State { No_Project, Design, Run_Set, Computed };
+
 struct Shell {
   std::string Work_Directory;    // relative names of the database and the results refer to it
   std::string Application_Path;  // the program's folder, where the default database is looked for
@@ -30,6 +34,8 @@ struct Shell {
   // Size constants of the design panel, in pixels.
   int Panel_Size_Small = 150;
   int Panel_Size_Large = 800;
+  Work_State State = Work_State::No_Project;
+  std::string Caption;  // of the main window
 };
 
 // Start-up of the values: iteration settings, material variants on, the decimal sign of the
