@@ -136,7 +136,7 @@ TEST(Plot_Design, MeshPanelDrawsTheElementsInPlaceOfTheMacros) {
   d.p.Mesh_Border.add(b);
   Plot_Design(d.surface, d.s, d.p, Border_Layer::Thermal, true);
   // 8 element sides, 6 design nodes, frame, axes, no mesh interfaces, one mesh border.
-  EXPECT_EQ(d.surface.Order, "X" + std::string(8, 'L') + std::string(6, 'C') + std::string(7, 'L'));
+  EXPECT_EQ(d.surface.Order, std::string("X").append(8, 'L').append(6, 'C').append(7, 'L'));
   EXPECT_DOUBLE_EQ(d.surface.Lines[4].X1, d.px(300));  // element 2 starts at node 3
   EXPECT_DOUBLE_EQ(d.surface.Lines.back().X1, d.px(300));
   EXPECT_DOUBLE_EQ(d.surface.Lines.back().X2, d.px(500));
