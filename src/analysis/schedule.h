@@ -1,4 +1,4 @@
-// The period and step schedule of a run, and the logic of the "Runtime Specifications" window.
+// The period and step schedule of a run, and the logic of the window of the run settings.
 //
 // The user never types time steps: a run is a total time and a table of periods, each with its
 // own time increment and storage interval. Set_Time_Steps turns them into the step table that
@@ -47,7 +47,7 @@ struct Schedule_Totals {
 };
 Schedule_Totals Compute_Schedule_Totals(const Project& p);
 
-// ---- The window ("Runtime Specifications") ------------------------------------------------------
+// ---- The window of the run settings ----------------------------------------------------------------
 
 // The state of the window beside the Project: the period shown, the material to be replaced and
 // the marks of the material grid.
