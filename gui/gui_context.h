@@ -30,6 +30,8 @@ class Work_Form_Widget : public QWidget {
  public:
   using QWidget::QWidget;
   virtual void Form_Shown() {}
+  // Draws the form's picture again (the design panel after a change made elsewhere).
+  virtual void Redraw() {}
 };
 
 // Makes the working form of the given kind, or nullptr for a kind that has no window yet.
