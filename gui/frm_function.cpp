@@ -87,7 +87,8 @@ void frmFunction::Build() {
     }
     Show_Values();
   });
-  top->addRow(Q(std::string(captions.title) + "no:"), number_);
+  // The titles end in a blank or not; the caption has exactly one before "no:".
+  top->addRow(Q(std::string(captions.title)).trimmed() + " no:", number_);
   left->addLayout(top);
 
   auto* type_box = new QGroupBox("Function type:", this);

@@ -63,7 +63,7 @@ void frmPropertyEditor::Build() {
       w.entry = new QLineEdit(this);
       w.entry->setObjectName(QString("Text%1").arg(++text_number));
       w.entry->setAccessibleName(caption);
-      w.entry->setReadOnly(f.read_only);
+      w.entry->setEnabled(!f.read_only);  // shown, set elsewhere
       w.entry->setAlignment(Qt::AlignRight);
       w.entry->setMinimumWidth(110);
       connect(w.entry, &QLineEdit::returnPressed, this, [this, field] { Enter_Pressed(field); });

@@ -8,9 +8,11 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
@@ -207,6 +209,40 @@ TEST(FunctionWizardForm, TypingANumberAboveTheCountAddsAFunction) {
   EXPECT_EQ(e.project.Temperature_Functions[count + 1].Is_Constant, True_Flag);
   EXPECT_EQ(e.project.Temperature_Functions[count + 1].Constant_Value, 7);
   EXPECT_EQ(e.state_changes, 1);
+}
+
+TEST(FunctionWizardForm, SineTermsAreAddedAndEditedOneAtATime) {
+  Example e;
+  bool ok = false;
+  frmFunction wizard(Function_Family::Water_Pressure, 1, e.context, nullptr, ok);
+  ASSERT_TRUE(ok);
+  wizard.show();
+  bool caption = false;
+  for (QLabel* label : wizard.findChildren<QLabel*>())
+    caption |= label->text() == "Water pressure function no:";
+  EXPECT_TRUE(caption);
+  wizard.Form_Option(Function_Form::Periodical)->click();
+  const int terms = Sine_Count(wizard.Session().current);
+  QPushButton* add = nullptr;
+  for (QPushButton* b : wizard.findChildren<QPushButton*>())
+    if (b->text() == "Add") add = b;
+  ASSERT_NE(add, nullptr);
+  QTest::mouseClick(add, Qt::LeftButton);
+  auto* up_down = wizard.findChild<QSpinBox*>("UpDown1");
+  EXPECT_EQ(up_down->maximum(), terms + 1);
+  EXPECT_EQ(up_down->value(), terms + 1);
+  EXPECT_EQ(wizard.Value_Entry(Function_Value::Amplitude)->text(), "3.000");  // a new term
+  Type(wizard.Value_Entry(Function_Value::Amplitude), "2.5");
+  up_down->setValue(1);
+  EXPECT_EQ(wizard.Value_Entry(Function_Value::Amplitude)->text(),
+            QString::fromStdString(Format_Number(e.project.Water_Pressure_Functions[1].Amplitude[1], 12, 3))
+                .trimmed());
+  QTest::mouseClick(wizard.Apply_Button(), Qt::LeftButton);
+  const Function& f = e.project.Water_Pressure_Functions[1];
+  ASSERT_EQ(Sine_Count(f), terms + 1);
+  EXPECT_EQ(f.Amplitude[terms + 1], 2.5);
+  EXPECT_EQ(f.Is_Periodical, True_Flag);
+  EXPECT_EQ(f.Is_Constant, False_Flag);
 }
 
 // The row of the picture where the preview's curve (its red pixels) crosses column x; -1 if none.
