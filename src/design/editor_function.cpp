@@ -27,8 +27,10 @@ double To_Stored(const Function_Session& s, int kind, double value, bool differe
   return Convert_Unit(false, kind, value);
 }
 
-double& Value_Of(Function_Session& s, Function_Value v) {
-  Function& f = s.current;
+// The value of the form that a text box shows, for a session or a const one.
+template <class Session>
+auto& Value_Of(Session& s, Function_Value v) {
+  auto& f = s.current;
   switch (v) {
     case Function_Value::Constant:
       return f.Constant_Value;
@@ -95,7 +97,7 @@ bool Open_Function_Session(const Project& p, Function_Family family, int number,
 }
 
 std::string Function_Value_Text(const Function_Session& s, Function_Value v) {
-  const double value = Value_Of(const_cast<Function_Session&>(s), v);
+  const double value = Value_Of(s, v);
   return Trimmed(
       Format_Number(To_Display(s, Kind_Of(s, v), value, v == Function_Value::Amplitude), 40, Decimals_Of(v)));
 }
