@@ -164,6 +164,13 @@ TEST(FunctionPreview, SamplesFollowTheCurveAtHandPickedTimes) {
   EXPECT_DOUBLE_EQ(value_at(10), 20);  // at the jump the first value holds
   EXPECT_DOUBLE_EQ(value_at(20), 20);  // two thirds of the way from 30 to 0
   EXPECT_DOUBLE_EQ(value_at(44), 0);
+
+  // A spring's abscissa is a displacement: its table gives the range whatever the form.
+  Function spring = Default_Function(Function_Family::Spring);  // points (-1,-1) (0,0)
+  Set_Function_Form(spring, Function_Form::Constant);
+  const auto [d0, d1] = Function_Preview_Range(spring, Function_Family::Spring, 72);
+  EXPECT_DOUBLE_EQ(d0, -1.1);
+  EXPECT_DOUBLE_EQ(d1, 0.1);
 }
 
 TEST(FunctionPreview, TheFrameShowsTheCurveInsideItWithTheFamilysCaptions) {
