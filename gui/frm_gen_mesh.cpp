@@ -122,6 +122,10 @@ frmGenMesh::frmGenMesh(Gui_Context& context, QWidget* parent) : Work_Form_Widget
   setWindowTitle("FE mesh generation");
   picture_.Show_Grid = false;    // grid points would hide the mesh nodes
   picture_.Show_Points = false;  // the mesh nodes are drawn instead of the design nodes
+  // The frame and the axes are guides for drawing the design; over a mesh their lines would read as
+  // element sides.
+  picture_.Show_Frame = false;
+  picture_.Show_Axes = false;
 
   auto* layout = new QVBoxLayout(this);
   toolbar_ = new QToolBar(this);
@@ -197,6 +201,13 @@ void frmGenMesh::Home_View() {
   }
   if (!(x2 > x1)) x2 = x1 + 1;
   if (!(y2 > y1)) y2 = y1 + 1;
+  if (widened) {  // a little room round a mesh that fills the view, so its outline is not on the edge
+    const double pad = 0.02 * std::max(x2 - x1, y2 - y1);
+    x1 -= pad;
+    x2 += pad;
+    y1 -= pad;
+    y2 += pad;
+  }
   home_zoomed_ = widened;
   home_[0] = x1;
   home_[1] = y1;
