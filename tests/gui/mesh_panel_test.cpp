@@ -301,6 +301,27 @@ TEST(MeshPanel, IntegrateMakesThePipeAHoleAndStopsFurtherCutsUntilAStepBack) {
   EXPECT_TRUE(w.form->Tool("Integrate")->isVisible());
 }
 
+TEST(MeshPanel, APipeNotWhereFourElementsMeetIsRefusedWithAMessageAndNothingChanges) {
+  Panel w;
+  One_Macro(w.project);
+  Add_Node(w.project, 500, 300);
+  Circuit c = w.project.Circuit_Default;
+  Resize_Pipes(c, 1);
+  c.Pipe_Node[1] = 5;
+  w.project.Circuit.add(c);
+  w.Open();
+  // Four strips: the node nearest the pipe is on the outline, a corner of two elements only.
+  w.Click(200, 0);
+  ASSERT_EQ(w.Elements(), 4);
+  w.Press("Integrate");
+  ASSERT_EQ(w.host.messages.size(), 1u);
+  EXPECT_NE(w.host.messages[0].find("not integrated"), std::string::npos) << w.host.messages[0];
+  EXPECT_EQ(w.Elements(), 4);
+  EXPECT_EQ(w.Nodes(), 10);
+  EXPECT_FALSE(w.form->Session().Circuits_Integrated);
+  EXPECT_TRUE(w.form->Tool("Integrate")->isVisible());
+}
+
 TEST(MeshPanel, ChangesAfterAComputationAskFirstAndNoChangesNothing) {
   Panel w;
   One_Macro(w.project);
