@@ -134,6 +134,7 @@ frmRun::frmRun(Gui_Context& context, QWidget* parent) : Work_Form_Widget(parent)
   variant_layout->addWidget(Command_Mark_All, 1, 2);
   variant_layout->addWidget(Command_Unmark_All, 2, 2);
   variant_layout->addWidget(Label_Runs, 4, 1);
+  variant_layout->setRowStretch(3, 1);
   layout->addWidget(variants, 1);
 
   auto* bottom = new QHBoxLayout;

@@ -153,6 +153,15 @@ TEST(frmDiag, TheExampleRunsToTheEndFromTheButton) {
   EXPECT_EQ(f.shell.State, Work_State::Computed);
   EXPECT_EQ(f.state_changes, 1);
   test::Take_Screenshot(w, "frmDiag_end");
+
+  // Shown in the imperial system the scale ends are in degrees Fahrenheit, the time unchanged.
+  f.project.Metric_Units = False_Flag;
+  w.Form_Shown();
+  EXPECT_EQ(w.Label5[0]->text(), "Temperature [oF]");
+  EXPECT_EQ(
+      w.Label7[0]->text(),
+      "max " + QString::fromStdString(Format_Number(temperature.PeriodMax * 1.8 + 32, 16, 2)).trimmed());
+  EXPECT_EQ(static_cast<int>(w.Picture1[0]->Maximum_Curve().size()), steps + 1);
 }
 
 TEST(frmDiag, StopFromTheButtonDuringTheRunThenAStartRunsAgainToTheEnd) {
