@@ -1,5 +1,7 @@
 #include "app/run_window.h"
 
+#include "app/units.h"
+
 namespace pvx {
 
 bool Press_Run_Button(Run_Button& button, bool& stop_computations) {
@@ -31,6 +33,30 @@ const char* Diagnostic_Graph_Title(int graph, bool metric) {
       {"Stresses Szz   [MPa]", "Stresses Szz   [ksi]"}};
   if (graph < 0 || graph >= Diagnostic_Graph_Count) return "";
   return titles[graph][metric ? 0 : 1];
+}
+
+int Diagnostic_Graph_Variable(int graph) {
+  static constexpr int variables[Diagnostic_Graph_Count] = {1, 2, 3, 4, 5, 6, 7, 8, 11, 12, 13, 14, 15};
+  if (graph < 0 || graph >= Diagnostic_Graph_Count) return 0;
+  return variables[graph];
+}
+
+int Diagnostic_Graph_Unit_Kind(int graph) {
+  static constexpr int kinds[Diagnostic_Graph_Count] = {Unit_Temperature,
+                                                        0,
+                                                        0,
+                                                        0,
+                                                        Unit_Density,
+                                                        Unit_Temperature,
+                                                        Unit_Volume_Rate,
+                                                        Unit_Energy,
+                                                        Unit_Length_mm,
+                                                        Unit_Length_mm,
+                                                        Unit_Stress_2,
+                                                        Unit_Stress_2,
+                                                        Unit_Stress_2};
+  if (graph < 0 || graph >= Diagnostic_Graph_Count) return 0;
+  return kinds[graph];
 }
 
 std::array<int, Diagnostic_Graph_Count> Place_Diagnostic_Graphs(const Scan_Options& options) {

@@ -26,6 +26,16 @@ bool Press_Run_Button(Run_Button& button, bool& stop_computations);
 // Title of graph 0..12 in the metric or the imperial system.
 const char* Diagnostic_Graph_Title(int graph, bool metric);
 
+// The row of the extreme tables (result variable 1..40) that graph 0..12 draws: temperature,
+// maturity, C-maturity, moisture potential and content (1..5), the selected circuit's water
+// temperatures, flow and capacity (6..8), the displacements Ux, Uy (11, 12), the major, minor and
+// out-of-plane stresses (13..15). 0 for another graph number.
+int Diagnostic_Graph_Variable(int graph);
+// The unit kind (Convert_Unit) with which the values of a graph are shown in the imperial
+// system; 0 where the quantity has no imperial unit. The capacity in kW converts as kJ to Btu,
+// per second.
+int Diagnostic_Graph_Unit_Kind(int graph);
+
 // The scan options: Check1(0..5) temperature, maturity, C-maturity, moisture potential, moisture
 // content, cooling; Check3(0..4) Ux, Uy, major, minor stress, Szz.
 struct Scan_Options {
