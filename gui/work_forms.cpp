@@ -1,11 +1,14 @@
+#include "frm_gen_mesh.h"
 #include "gui_context.h"
+#include "run_forms.h"
 
 namespace pvx {
 
 Work_Form_Widget* Create_Work_Form(Work_Form form, Gui_Context& context, QWidget* parent) {
-  (void)context;
-  (void)parent;
+  if (auto* f = Create_Run_Form(form, context, parent)) return f;
   switch (form) {
+    case Work_Form::Mesh:
+      return new frmGenMesh(context, parent);
     default:
       return nullptr;
   }
