@@ -1,5 +1,7 @@
 #include "design/panel_undo.h"
 
+#include <utility>
+
 namespace pvx {
 
 namespace {
@@ -52,7 +54,11 @@ void Restore_Snapshot(const Design_Snapshot& s, Project& p) {
 }
 
 void Push_Undo(Design_Undo& undo, const Project& p) {
-  undo.Undo_Stack.push_back(Take_Snapshot(p));
+  Push_Undo(undo, Take_Snapshot(p));
+}
+
+void Push_Undo(Design_Undo& undo, Design_Snapshot snapshot) {
+  undo.Undo_Stack.push_back(std::move(snapshot));
   while (undo.Undo_Stack.size() > undo.Limit)
     undo.Undo_Stack.pop_front();
   undo.Redo_Stack.clear();

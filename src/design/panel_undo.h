@@ -42,6 +42,9 @@ void Restore_Snapshot(const Design_Snapshot& s, Project& p);
 
 // Before an edit: the design layer as it is goes on the stack and the redo stack is emptied.
 void Push_Undo(Design_Undo& undo, const Project& p);
+// The same with a copy taken earlier: for an edit that is known to have changed something only
+// after it ran (a dialog that may be cancelled).
+void Push_Undo(Design_Undo& undo, Design_Snapshot snapshot);
 // Puts the last copy back (the present state goes to the redo stack) and closes an open polygon
 // of the panel. False when there is nothing to undo.
 bool Undo(Design_Undo& undo, Project& p, Design_Panel& panel);
