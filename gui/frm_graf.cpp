@@ -33,6 +33,7 @@ frmGraf::frmGraf(Gui_Context& context, Design_Display& display, std::function<vo
     : QDialog(parent), context_(context), display_(display), applied_(std::move(applied)) {
   setObjectName("frmGraf");
   setWindowTitle("Graphical aids and options");
+  setMinimumWidth(480);
   auto* root = new QVBoxLayout(this);
   tabs_ = new QTabWidget(this);
   root->addWidget(tabs_);

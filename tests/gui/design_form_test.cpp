@@ -271,12 +271,26 @@ TEST_F(Design_Fixture, Example_Wall_In_Three_Views) {
       << report.message;
   auto form = Make_Form();
   form->Form_Shown();
+  // The example's frame is smaller than its wall: widen it through the dialog to see it whole.
+  frmGraf& graf = form->Show_Graf();
+  graf.Field("Grid_X_Max")->setText("4500");
+  graf.Field("Grid_Y_Max")->setText("3500");
+  graf.Field("Grid_X_Increment")->setText("250");
+  graf.Field("Grid_Y_Increment")->setText("250");
+  ASSERT_TRUE(graf.Apply());
+  graf.hide();
   Choose_Mode(*form, Design_Mode::Macros);
   project.Current_Macro = 2;
+  // A third macro half drawn on the right of the wall: two corners and the band to the pointer.
+  Click(*form, 3000, 1000);
+  Click(*form, 4000, 1000);
+  QTest::mouseMove(form->Picture_Widget(), Pixel(*form, 4000, 2000) + QPoint(6, 4));
+  EXPECT_EQ(Polygon_Node_Count(form->Panel()), 2);
   test::Take_Screenshot(*form, "design_macros_wall");
-  Choose_Mode(*form, Design_Mode::BorderT);
+  Choose_Mode(*form, Design_Mode::BorderT);  // leaving the mode cancels the open polygon
+  EXPECT_EQ(Node_Count(project), 10);
   test::Take_Screenshot(*form, "design_borders_wall");
-  frmGraf& graf = form->Show_Graf();
+  form->Show_Graf();
   graf.Tabs()->setCurrentIndex(1);
   test::Take_Screenshot(graf, "design_grid_dialog");
   EXPECT_EQ(project.Macro.count(), 4);
