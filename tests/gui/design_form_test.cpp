@@ -298,3 +298,53 @@ TEST_F(Design_Fixture, Example_Wall_In_Three_Views) {
 
 }  // namespace
 }  // namespace pvx
+
+namespace pvx {
+namespace {
+
+TEST_F(Design_Fixture, Magnify_A_Dragged_Window_And_Back_To_Original_Size) {
+  auto form = Make_Form();
+  const double scale = form->Picture().ScaleX;
+  form->Zoom_In_Command();
+  QWidget* picture = form->Picture_Widget();
+  const QPoint from = Pixel(*form, 0, 0), to = Pixel(*form, 1000, 750);
+  QTest::mousePress(picture, Qt::LeftButton, Qt::NoModifier, from);
+  QTest::mouseMove(picture, to);
+  QTest::mouseRelease(picture, Qt::LeftButton, Qt::NoModifier, to);
+  const Picture_State& zoomed = form->Picture();
+  ASSERT_TRUE(zoomed.Zoomed);
+  EXPECT_NEAR(zoomed.ZoomX1, 0, 1 / scale);  // within a pixel of the dragged corners
+  EXPECT_NEAR(zoomed.ZoomX2, 1000, 1 / scale);
+  EXPECT_NEAR(zoomed.ZoomY2, 750, 1 / scale);
+  EXPECT_NEAR(zoomed.ScaleX / scale, 2.0, 0.02);  // half the frame fills the picture
+  EXPECT_EQ(Node_Count(project), 0);              // the drag made nothing in the mode
+  form->Zoom_Out_Command();
+  EXPECT_FALSE(form->Picture().Zoomed);
+  EXPECT_DOUBLE_EQ(form->Picture().ScaleX, scale);
+}
+
+TEST_F(Design_Fixture, Out_Of_Plane_Button_Opens_Its_Editor_And_Modes_Change_The_Caption) {
+  auto form = Make_Form();
+  Choose_Mode(*form, Design_Mode::Nodes);
+  Choose_Mode(*form, Design_Mode::Free);
+  ASSERT_EQ(editors.size(), 1u);
+  EXPECT_EQ(editors[0].first, Property_Editor::frmOutofPlane);
+  const char* expected[] = {"Node mode", "Macro mode", "Interface mode", "Reinforcement mode"};
+  for (int i = 0; i < 4; ++i) {
+    Choose_Mode(*form, Mode_Of_Button(i));
+    EXPECT_EQ(form->findChild<QLabel*>("Caption")->text(), expected[i]);
+  }
+  // An editor that applies a change gives an undo step; one that is cancelled gives none.
+  form->Open_Editor = [this](Property_Editor, int) {
+    project.Out_Of_Plane.Offset_Radius = 250;
+    return true;
+  };
+  Choose_Mode(*form, Design_Mode::Free);
+  EXPECT_EQ(project.Out_Of_Plane.Offset_Radius, 250);
+  EXPECT_EQ(form->Undo_Stack().Undo_Stack.size(), 1u);
+  EXPECT_TRUE(form->Undo_Edit());
+  EXPECT_EQ(project.Out_Of_Plane.Offset_Radius, 0);
+}
+
+}  // namespace
+}  // namespace pvx
