@@ -192,6 +192,19 @@ void frmDesign::Form_Shown() {
   Redraw();
 }
 
+void frmDesign::Project_Replaced() {
+  const Design_Mode mode = panel_.Mode;
+  Reset_Panel(panel_, context_.project);
+  panel_.Mode = mode;
+  Clear_Undo(undo_);
+  drag_ = Drag::None;
+  state_.Zoomed = state_.ZoomPending = false;
+  seen_nodes_ = -1;
+  Forget_Stale_State();
+  if (graf_) graf_->Refresh();
+  picture_->update();
+}
+
 void frmDesign::Redraw() {
   picture_->update();
 }

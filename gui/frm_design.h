@@ -47,6 +47,10 @@ class frmDesign : public Work_Form_Widget {
 
   void Form_Shown() override;
   void Redraw() override;
+  // A Project read or made anew: the undo copies and any half-drawn macro belong to the old one.
+  // The form also notices this by itself when it is shown (another file, another node or macro
+  // count), but the main window knows for certain.
+  void Project_Replaced();
 
   // The mode of the panel, as its buttons set it.
   void Set_Mode(Design_Mode mode);

@@ -346,5 +346,23 @@ TEST_F(Design_Fixture, Out_Of_Plane_Button_Opens_Its_Editor_And_Modes_Change_The
   EXPECT_EQ(project.Out_Of_Plane.Offset_Radius, 0);
 }
 
+TEST_F(Design_Fixture, A_Project_Made_Anew_Takes_No_Undo_Copies_Of_The_Old_One) {
+  auto form = Make_Form();
+  Choose_Mode(*form, Design_Mode::Macros);
+  Draw_Two_Macros(*form);
+  ASSERT_FALSE(form->Undo_Stack().Undo_Stack.empty());
+  New_Project(project);  // as the "New" command does, behind the form's back
+  Set_Graphical_Defaults(project);
+  form->Form_Shown();
+  EXPECT_FALSE(form->Undo_Edit());
+  EXPECT_EQ(project.Macro.count(), 0);
+  Click(*form, 100, 100);
+  Click(*form, 300, 100);
+  form->Project_Replaced();
+  EXPECT_EQ(Polygon_Node_Count(form->Panel()), 0);
+  EXPECT_EQ(form->Mode(), Design_Mode::Macros);
+  EXPECT_FALSE(form->Undo_Edit());
+}
+
 }  // namespace
 }  // namespace pvx
