@@ -426,6 +426,28 @@ int frmDesign::Select_Extra(const char* what) {
   return chosen >= 0 && chosen < count ? panel_.Selection_List[chosen + 1] : 0;
 }
 
+void frmDesign::Choose_Current_Object() {
+  if (panel_.Selection_List.count() < 2) return;  // the one hit is current already
+  const int k = Select_Extra(Mode_Word(panel_.Mode));
+  if (k == 0) return;
+  switch (panel_.Mode) {
+    case Design_Mode::Point_T:
+      panel_.Current_Point_T = k;
+      break;
+    case Design_Mode::Area_T:
+      panel_.Current_Area_T = k;
+      break;
+    case Design_Mode::Support_P:
+      panel_.Current_Point_Support = k;
+      break;
+    case Design_Mode::Load_P:
+      panel_.Current_Point_Load = k;
+      break;
+    default:
+      break;
+  }
+}
+
 void frmDesign::Picture_Press(Qt::MouseButton button, QPointF pixel, QPoint global) {
   Forget_Stale_State();
   Track_Pointer(pixel);
@@ -510,11 +532,17 @@ void frmDesign::Left_Press() {
     case Design_Mode::Point_T:
     case Design_Mode::Support_P:
     case Design_Mode::Load_P:
-      if (Prescribed_Node_Selected_E(p, panel_)) break;
+      if (Prescribed_Node_Selected_E(p, panel_)) {
+        Choose_Current_Object();
+        break;
+      }
       edit([&] { return Add_Point_Object(p, panel_) > 0; });
       break;
     case Design_Mode::Area_T:
-      if (Prescribed_Area_Selected_E(p, panel_)) break;
+      if (Prescribed_Area_Selected_E(p, panel_)) {
+        Choose_Current_Object();
+        break;
+      }
       drag_ = Drag::Area;
       drag_x_ = panel_.Snap_X;
       drag_y_ = panel_.Snap_Y;

@@ -108,6 +108,8 @@ class frmDesign : public Work_Form_Widget {
   void Popup(QPoint global);
   // Several objects under the pointer: the user picks one of the Selection_List.
   int Select_Extra(const char* what);
+  // The same for a left click on point objects or areas: the chosen one becomes current.
+  void Choose_Current_Object();
   void Left_Press();
   void Forget_Stale_State();
   void Update_Caption();

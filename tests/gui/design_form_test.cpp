@@ -346,6 +346,26 @@ TEST_F(Design_Fixture, Out_Of_Plane_Button_Opens_Its_Editor_And_Modes_Change_The
   EXPECT_EQ(project.Out_Of_Plane.Offset_Radius, 0);
 }
 
+TEST_F(Design_Fixture, Point_Supports_Placed_And_One_Of_Two_Chosen) {
+  auto form = Make_Form();
+  Choose_Mode(*form, Design_Mode::Support_P);
+  Click(*form, 600, 300);
+  Click(*form, 600, 300, QPoint(1, 0));  // on the first one: chosen, not doubled
+  ASSERT_EQ(project.Point_Support.count(), 1);
+  EXPECT_EQ(project.Point_Support[1].X, 600);
+  EXPECT_EQ(project.Point_Support[1].Y, 300);
+  project.Point_Support.add(project.Point_Support[1]);  // a second on the same point
+  QStringList offered;
+  form->Choose_Extra = [&](const QStringList& entries) {
+    offered = entries;
+    return 0;
+  };
+  Click(*form, 600, 300);
+  EXPECT_EQ(offered, (QStringList{"Support_P 1", "Support_P 2"}));
+  EXPECT_EQ(form->Panel().Current_Point_Support, 1);
+  EXPECT_EQ(project.Point_Support.count(), 2);
+}
+
 TEST_F(Design_Fixture, A_Project_Made_Anew_Takes_No_Undo_Copies_Of_The_Old_One) {
   auto form = Make_Form();
   Choose_Mode(*form, Design_Mode::Macros);
