@@ -25,7 +25,7 @@ bool U_Of_Root(double v, double a, double b, double c, double d, double e, doubl
 
 }  // namespace
 
-bool Element_Active(const Mesh_Element& element, double time) {
+bool Element_Shown(const Mesh_Element& element, double time) {
   return element.Present_From <= time && time <= element.Present_Until;
 }
 
@@ -93,7 +93,7 @@ bool Find_Element_At_Point(const Project& p, double time, double px, double py, 
   u = v = 0;
   double x[4], y[4];
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
-    if (!Element_Active(p.Mesh_Element[e], time) || !Element_Corners(p, e, x, y)) continue;
+    if (!Element_Shown(p.Mesh_Element[e], time) || !Element_Corners(p, e, x, y)) continue;
     if (px < std::min({x[0], x[1], x[2], x[3]}) || px > std::max({x[0], x[1], x[2], x[3]}) ||
         py < std::min({y[0], y[1], y[2], y[3]}) || py > std::max({y[0], y[1], y[2], y[3]}))
       continue;

@@ -12,9 +12,10 @@
 
 namespace pvx {
 
-// Whether the element exists in the analysis at `time` (hours): Present_From <= time <=
-// Present_Until, both limits included.
-bool Element_Active(const Mesh_Element& element, double time);
+// Whether the viewer shows the element at `time` (hours): Present_From <= time <=
+// Present_Until, both limits included (the analysis itself leaves an element out at its
+// Present_Until: the picture still shows it at that instant).
+bool Element_Shown(const Mesh_Element& element, double time);
 
 // The model coordinates of the four corners of mesh element `element`; false when the element or
 // one of its corner nodes is not in the mesh.

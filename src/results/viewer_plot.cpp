@@ -37,7 +37,7 @@ void Plot_Mesh_Outline(Plot_Surface& surface, const Picture_State& picture, cons
                        Plot_Colour colour) {
   double x[4], y[4];
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
-    if (!Element_Active(p.Mesh_Element[e], time) || !Element_Corners(p, e, x, y)) continue;
+    if (!Element_Shown(p.Mesh_Element[e], time) || !Element_Corners(p, e, x, y)) continue;
     for (int i = 0; i < 4; ++i) {
       const int j = (i + 1) % 4;
       surface.Line(World_To_X(picture, x[i]), World_To_Y(picture, y[i]), World_To_X(picture, x[j]),
@@ -79,7 +79,7 @@ Distribution_Picture Plot_Contours(Plot_Surface& surface, const Picture_State& p
   const double time = Current_Time(s);
   double f[4];
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
-    if (!Element_Active(p.Mesh_Element[e], time)) continue;
+    if (!Element_Shown(p.Mesh_Element[e], time)) continue;
     if (!Corner_Values(p, s.Buffers, v, e, f)) continue;
     Plot_Element_Contours(surface, picture, p, e, f, low, high);
     ++out.Elements_Drawn;
@@ -108,7 +108,7 @@ Distribution_Picture Plot_Deformed_Mesh(Plot_Surface& surface, const Picture_Sta
   const double time = Current_Time(s);
   double x[4], y[4];
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
-    if (!Element_Active(p.Mesh_Element[e], time) || !Element_Corners(p, e, x, y)) continue;
+    if (!Element_Shown(p.Mesh_Element[e], time) || !Element_Corners(p, e, x, y)) continue;
     double px[4], py[4], dx[4], dy[4];
     for (int c = 0; c < 4; ++c) {
       px[c] = World_To_X(picture, x[c]);
