@@ -11,6 +11,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/project_file.h"
 #include "frm_units.h"
 #include "shell_forms.h"
 
@@ -370,11 +371,26 @@ void mdiPVX::Build_Workdata() {
 
 void mdiPVX::Set_Workdata() {
   auto set = [this](const char* name, const QString& text) { labels_.at(name)->setText(text); };
-  const QString none = "-";
+  // A file is shown by its name, its full path in the tool tip; a folder in full, with places to
+  // break the line after each separator so that a long path wraps where it is read.
+  auto path = [this](const char* name, const std::string& full, bool name_only) {
+    QLabel* label = labels_.at(name);
+    label->setToolTip(Q(full));
+    if (full.empty()) {
+      label->setText("-");
+    } else if (name_only) {
+      label->setText(Q(File_Part(full)));
+    } else {
+      QString text = Q(full);
+      text.replace('/', QString("/") + QChar(0x200B));
+      text.replace('\\', QString("\\") + QChar(0x200B));
+      label->setText(text);
+    }
+  };
   set("lblState", State_Text(shell_.State));
-  set("lblProjectFile", project_.Project_File.empty() ? none : Q(project_.Project_File));
-  set("lblWorkDirectory", shell_.Work_Directory.empty() ? none : Q(shell_.Work_Directory));
-  set("lblDatabase", project_.Material_Database_Path.empty() ? none : Q(project_.Material_Database_Path));
+  path("lblProjectFile", project_.Project_File, true);
+  path("lblWorkDirectory", shell_.Work_Directory, false);
+  path("lblDatabase", project_.Material_Database_Path, true);
   set("lblNodes", QString::number(Node_Count(project_)));
   set("lblMacros", QString::number(project_.Macro.count()));
   set("lblMeshNodes", QString::number(project_.Mesh_Node.count()));
@@ -477,6 +493,12 @@ void mdiPVX::Open_Recent(int position) {
 void mdiPVX::Show_Units() {
   auto* dialog = new frmUnits(context_, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
+  // The form in view shows its values and unit labels again in the chosen system.
+  connect(dialog, &QDialog::accepted, this, [this] {
+    for (const auto& [form, widget] : work_forms_)
+      if (widget == stack_->currentWidget()) widget->Form_Shown();
+    Redraw_Design();
+  });
   dialog->open();
 }
 

@@ -14,6 +14,7 @@
 
 #include "app/project_load.h"
 #include "app/shell_host_fake.h"
+#include "app/shell_input.h"
 #include "frm_change_work_dir.h"
 #include "frm_proj.h"
 #include "frm_units.h"
@@ -99,7 +100,9 @@ TEST(MainWindow, StartsEmptyThenOpensTheExampleAndFallsBackWhenItsResultsAreMiss
   EXPECT_EQ(fs::path(w.project().Material_Database_Path), fs::path(desk.database));
   EXPECT_EQ(desk.Label("lblMacros"), "4");
   EXPECT_EQ(desk.Label("lblMeshElements"), "104");
-  EXPECT_EQ(desk.Label("lblProjectFile").toStdString(), desk.project);
+  EXPECT_EQ(desk.Label("lblProjectFile"), "WALL.PVX");
+  EXPECT_EQ(desk.window->findChild<QLabel*>("lblProjectFile")->toolTip().toStdString(), desk.project);
+  EXPECT_EQ(desk.Label("lblDatabase"), "PVX-Concrete.txt");
   EXPECT_EQ(desk.Label("lblState"), "Computed");
 
   // The results are not there: the program says so and returns to the design.
@@ -248,6 +251,40 @@ TEST(MainWindow, UnitsOkSetsTheSystemAndCancelKeepsIt) {
   QTest::mouseClick(units->Option1[0], Qt::LeftButton, {}, Indicator(units->Option1[0]));
   QTest::mouseClick(units->cmdCancel, Qt::LeftButton);
   EXPECT_EQ(w.project().Metric_Units, False_Flag);
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+  // The form in view is filled again after OK, so it shows its values in the chosen system.
+  desk.Trigger("Project_information");
+  auto* form = qobject_cast<frmProj*>(w.Shown_Form());
+  ASSERT_NE(form, nullptr);
+  w.project().Project_Text[0] = "set while the form was open";
+  desk.Trigger("Units");
+  units = w.findChild<frmUnits*>();
+  ASSERT_NE(units, nullptr);
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(units));
+  QTest::mouseClick(units->Option1[0], Qt::LeftButton, {}, Indicator(units->Option1[0]));
+  QTest::mouseClick(units->cmdOK, Qt::LeftButton);
+  EXPECT_EQ(w.project().Metric_Units, True_Flag);
+  EXPECT_EQ(form->Text1[0]->text(), "set while the form was open");
+}
+
+TEST(MainWindow, TheCommandLineOpensItsProjectAtTheStart) {
+  test::Temp_Dir dir;
+  const std::string project = dir.file("WALL.PVX");
+  fs::copy_file(test::Source_Path("examples/WALL.PVX"), project);
+  fs::copy_file(test::Source_Path("examples/PVX-Concrete.txt"), dir.file("PVX-Concrete.txt"));
+  test::Scripted_Host host;
+  test::Memory_Store store;
+  mdiPVX window(host, store, dir.path().string());
+  host.answers = {Answer::Yes};
+  window.Start(false, Quoted_Command_Line(project));
+  ASSERT_TRUE(host.messages.empty()) << host.messages[0];
+  EXPECT_EQ(window.project().Project_File, project);
+  EXPECT_EQ(window.project().Macro.count(), 4);
+  EXPECT_EQ(window.windowTitle().toStdString(),
+            window.project().Material_Database_Path + " - " + project + " - KIVA version 8.6.2");
+  EXPECT_EQ(window.findChild<QLabel*>("lblMeshElements")->text(), "104");
+  EXPECT_TRUE(window.findChild<QAction*>("mnuRecent1")->isVisible());
 }
 
 TEST(MainWindow, ProjectDescriptionIsWrittenBackOnlyAtApply) {
@@ -303,7 +340,7 @@ TEST(MainWindow, TheWorkDirectoryChosenIsKeptForTheNextStart) {
       fs::path(test::Read_Text(desk.dir.file("workdir.tmp")).substr(0, w.shell().Work_Directory.size())),
       work.path());
   EXPECT_EQ(desk.host.directories.back(), w.shell().Work_Directory);
-  EXPECT_EQ(desk.Label("lblWorkDirectory").toStdString(), w.shell().Work_Directory);
+  EXPECT_EQ(desk.Label("lblWorkDirectory").remove(QChar(0x200B)).toStdString(), w.shell().Work_Directory);
   EXPECT_EQ(w.Shown_Form(), nullptr);
 }
 
