@@ -19,14 +19,20 @@ QString Q(const std::string& text) {
 
 bool Choose_File(QWidget* parent, bool save, const std::string& title, const std::string& filter,
                  std::string& path) {
-  const QStringList filters = Qt_Name_Filters(filter);
-  QString selected = filters.isEmpty() ? QString() : filters.front();
-  const QString proposal = path.empty() ? QDir::currentPath() : Q(path);
-  const QString chosen =
-      save ? QFileDialog::getSaveFileName(parent, Q(title), proposal, filters.join(";;"), &selected)
-           : QFileDialog::getOpenFileName(parent, Q(title), proposal, filters.join(";;"), &selected);
-  if (chosen.isEmpty()) return false;
-  path = QDir::toNativeSeparators(chosen).toStdString();
+  QFileDialog dialog(parent, Q(title));
+  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setNameFilters(Qt_Name_Filters(filter));
+  if (save) dialog.setDefaultSuffix(Q(Default_Suffix(filter)));
+  const QFileInfo proposal(Q(path));
+  if (path.empty()) {
+    dialog.setDirectory(QDir::currentPath());
+  } else {
+    dialog.setDirectory(proposal.absolutePath());
+    dialog.selectFile(proposal.fileName());
+  }
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+  path = QDir::toNativeSeparators(dialog.selectedFiles().front()).toStdString();
   return true;
 }
 
@@ -90,8 +96,8 @@ Answer Qt_Shell_Host::Ask(const std::string& question, Question_Buttons buttons)
       return Answer::OK;
     case QMessageBox::No:
       return Answer::No;
-    default:
-      return Answer::Cancel;
+    default:  // the box closed without a button: as its escape button
+      return fallback == QMessageBox::No ? Answer::No : Answer::Cancel;
   }
 }
 

@@ -23,6 +23,16 @@ std::vector<File_Filter_Entry> Split_File_Filter(const std::string& filter) {
   return entries;
 }
 
+std::string Default_Suffix(const std::string& filter) {
+  for (const File_Filter_Entry& entry : Split_File_Filter(filter)) {
+    const std::string& pattern = entry.Patterns;
+    if (pattern.size() > 2 && pattern.compare(0, 2, "*.") == 0 &&
+        pattern.find_first_of("*?; ", 2) == std::string::npos)
+      return pattern.substr(2);
+  }
+  return {};
+}
+
 std::string Quoted_Command_Line(const std::string& argument) {
   const auto first = argument.find_first_not_of(" \t");
   if (first == std::string::npos) return {};

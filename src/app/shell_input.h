@@ -18,6 +18,10 @@ struct File_Filter_Entry {
 // without its pattern is dropped, and a blank pattern means every file ("*").
 std::vector<File_Filter_Entry> Split_File_Filter(const std::string& filter);
 
+// The extension a save chooser adds to a name typed without one: that of the first entry whose
+// pattern names a single extension ("*.PVX" gives "PVX"); empty when no entry does.
+std::string Default_Suffix(const std::string& filter);
+
 // The command line as the start-up reads it: a path in quotes. A path given without quotes
 // (as a shell passes argv[1]) is put in quotes; one already in quotes is kept; blank gives "".
 std::string Quoted_Command_Line(const std::string& argument);

@@ -20,6 +20,13 @@ TEST(FileFilter, TheProjectFilterGivesItsTwoEntriesInOrder) {
   EXPECT_TRUE(Split_File_Filter("").empty());
 }
 
+TEST(FileFilter, ASavedNameWithoutExtensionGetsThatOfTheFirstSingleExtensionEntry) {
+  EXPECT_EQ(Default_Suffix(Project_Filter), "PVX");  // "*.*" names no extension
+  EXPECT_EQ(Default_Suffix("Tables|*.txt;*.dat|Pictures|*.jpg|"), "jpg");
+  EXPECT_EQ(Default_Suffix("Alle Files (*.*)|*.*|"), "");
+  EXPECT_EQ(Default_Suffix(""), "");
+}
+
 TEST(CommandLine, APathWithOrWithoutQuotesOpensTheSameFile) {
   EXPECT_EQ(Quoted_Command_Line("/data/my wall/WALL.PVX"), "\"/data/my wall/WALL.PVX\"");
   EXPECT_EQ(Quoted_Command_Line("\"/data/WALL.PVX\""), "\"/data/WALL.PVX\"");

@@ -88,6 +88,7 @@ TEST(MainWindow, StartsEmptyThenOpensTheExampleAndFallsBackWhenItsResultsAreMiss
   EXPECT_EQ(desk.Action("Results")->toolTip(), "Visualize computed distributions");
   EXPECT_FALSE(desk.Action("MDV")->isEnabled());
   EXPECT_TRUE(desk.Action("Units")->isEnabled());
+  test::Take_Screenshot(w, "main_window_start");
 
   desk.Open_Example();
   ASSERT_TRUE(desk.host.messages.empty()) << desk.host.messages[0];

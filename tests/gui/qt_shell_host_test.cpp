@@ -4,6 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
 #include <filesystem>
 
 #include "app/project_load.h"
@@ -34,6 +40,58 @@ TEST(QtShellHost, TheRecentListLivesInTheUsersSettings) {
   EXPECT_EQ(direct.value("Recent File List/File1").toString(), "/A/one.pvx");
   EXPECT_EQ(direct.value("Recent File List/File2").toString(), "/b/TWO.PVX");
   EXPECT_EQ(store.Get_Setting("PVX", "Recent File List", "File9", "none"), "none");
+}
+
+// Acts on the modal dialog that the next call opens, once it is up.
+template <class Dialog, class Act>
+void When_Shown(Act act) {
+  QTimer::singleShot(0, [act] {
+    auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    act(*dialog);
+  });
+}
+
+TEST(QtShellHost, QuestionsAnswerWithTheButtonPressed) {
+  Qt_Shell_Host host;
+  When_Shown<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "Warning ! Project not saved yet. Saving now ?");
+    EXPECT_NE(box.button(QMessageBox::Cancel), nullptr);
+    box.button(QMessageBox::No)->click();
+  });
+  EXPECT_EQ(host.Ask(Not_Saved_Question, Question_Buttons::Yes_No_Cancel), Answer::No);
+  When_Shown<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.button(QMessageBox::Yes), nullptr);
+    box.button(QMessageBox::Ok)->click();
+  });
+  EXPECT_EQ(host.Ask(All_Data_Deleted_Warning, Question_Buttons::OK_Cancel), Answer::OK);
+  // Escape means No where there is no Cancel, and Cancel where there is; so does closing the box.
+  When_Shown<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(host.Ask(Destroy_Output_Question, Question_Buttons::Yes_No), Answer::No);
+  When_Shown<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(host.Ask(Not_Saved_Question, Question_Buttons::Yes_No_Cancel), Answer::Cancel);
+  When_Shown<QMessageBox>([](QMessageBox& box) { box.reject(); });
+  EXPECT_EQ(host.Ask(Destroy_Output_Question, Question_Buttons::Yes_No), Answer::No);
+}
+
+TEST(QtShellHost, TheSaveChooserAddsTheProjectExtensionAndCancelKeepsThePath) {
+  test::Temp_Dir dir;
+  Qt_Shell_Host host;
+  const QString typed = QString::fromStdString(dir.file("NEWWALL"));
+  When_Shown<QFileDialog>([typed](QFileDialog& chooser) {
+    EXPECT_EQ(chooser.windowTitle(), "Save project as");
+    EXPECT_EQ(chooser.nameFilters(), (QStringList{"Alle Files (*.*)", "Projekten(*.PVX)"}));
+    chooser.selectFile(typed);
+    QMetaObject::invokeMethod(&chooser, "accept");
+  });
+  std::string path;
+  ASSERT_TRUE(host.Choose_Save_File(Save_Project_Title, Project_Filter, path));
+  EXPECT_EQ(path, dir.file("NEWWALL.PVX"));
+
+  When_Shown<QFileDialog>([](QFileDialog& chooser) { chooser.reject(); });
+  path = "kept";
+  EXPECT_FALSE(host.Choose_Open_File(Select_Project_Title, Project_Filter, path));
+  EXPECT_EQ(path, "kept");
 }
 
 // A thermal family of the example with `storages` stored steps, written as the analysis writes it.
