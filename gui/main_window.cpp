@@ -189,7 +189,7 @@ class mdiPVX::Window_Host : public Shell_Host {
   void Hide_All() override { window_.Hide_All(); }
   void Show_Form(Work_Form form) override { window_.Show_Form(form); }
   void Redraw_Design() override { window_.Redraw_Design(); }
-  void Set_Work_Caption(const std::string& caption) override { window_.work_caption_->setText(Q(caption)); }
+  void Set_Work_Caption(const std::string& caption) override { window_.Set_Work_Caption(Q(caption)); }
   void Show_Mesh_Form(bool existing, bool cooling_button) override {
     // The mesh form reads both from the Project when it is shown.
     (void)existing;
@@ -249,6 +249,7 @@ void mdiPVX::Build_Work_Area() {
   blank_ = blank;
   stack_->addWidget(blank_);
   layout->addWidget(work_caption_);
+  Set_Work_Caption(QString());
   layout->addWidget(stack_, 1);
   setCentralWidget(central);
 }
@@ -460,13 +461,19 @@ QWidget* mdiPVX::Form_For(Work_Form form) {
 
 void mdiPVX::Hide_All() {
   stack_->setCurrentWidget(blank_);
-  work_caption_->clear();
+  Set_Work_Caption(QString());
+}
+
+void mdiPVX::Set_Work_Caption(const QString& caption) {
+  // The bar goes with the form: an empty work area has no title.
+  work_caption_->setText(caption);
+  work_caption_->setVisible(!caption.isEmpty());
 }
 
 void mdiPVX::Show_Form(Work_Form form) {
   QWidget* page = Form_For(form);
   stack_->setCurrentWidget(page);
-  work_caption_->setText(Form_Caption(form));
+  Set_Work_Caption(Form_Caption(form));
   if (auto it = work_forms_.find(form); it != work_forms_.end()) it->second->Form_Shown();
 }
 

@@ -72,6 +72,7 @@ class mdiPVX : public QMainWindow {
   void Hide_All();
   void Show_Form(Work_Form form);
   void Redraw_Design();
+  void Set_Work_Caption(const QString& caption);
 
   Project project_;
   Shell shell_;

@@ -89,6 +89,7 @@ TEST(MainWindow, StartsEmptyThenOpensTheExampleAndFallsBackWhenItsResultsAreMiss
   EXPECT_FALSE(desk.Action("MDV")->isEnabled());
   EXPECT_TRUE(desk.Action("Units")->isEnabled());
   test::Take_Screenshot(w, "main_window_start");
+  EXPECT_FALSE(w.findChild<QLabel*>("lblWorkCaption")->isVisible());  // nothing in the work area
 
   desk.Open_Example();
   ASSERT_TRUE(desk.host.messages.empty()) << desk.host.messages[0];
@@ -120,6 +121,7 @@ TEST(MainWindow, StartsEmptyThenOpensTheExampleAndFallsBackWhenItsResultsAreMiss
   desk.Trigger("Design_Panel");
   ASSERT_NE(w.Shown_Form(), nullptr);
   EXPECT_EQ(w.Work_Caption(), "Design panel");
+  EXPECT_TRUE(w.findChild<QLabel*>("lblWorkCaption")->isVisible());
   if (auto* note = qobject_cast<QLabel*>(w.Shown_Form())) {
     EXPECT_TRUE(note->text().contains("not available in this build"));
   }
