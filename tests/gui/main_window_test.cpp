@@ -322,6 +322,14 @@ TEST(MainWindow, ProjectDescriptionIsWrittenBackOnlyAtApply) {
   EXPECT_EQ(back.Project_Text[0], "Tunnel wall, pour 3");
   EXPECT_EQ(back.Project_Text[3], "C35/45");
 
+  // Apply without a change leaves the project saved; a changed line makes it unsaved again.
+  ASSERT_EQ(w.project().Project_Saved, True_Flag);
+  QTest::mouseClick(form->cmdApply, Qt::LeftButton);
+  EXPECT_EQ(w.project().Project_Saved, True_Flag);
+  QTest::keyClicks(form->Text1[2], "!");
+  QTest::mouseClick(form->cmdApply, Qt::LeftButton);
+  EXPECT_EQ(w.project().Project_Saved, False_Flag);
+
   // Shown again after another command, the form shows the Project's text.
   desk.Trigger("Design_Panel");
   w.project().Project_Text[1] = "changed elsewhere";
