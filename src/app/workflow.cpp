@@ -284,8 +284,14 @@ void mnuProject_Click(int index, Project& p, Shell& shell, Shell_Host& host, Set
       break;
     case 2: {
       std::string path;
-      if (host.Choose_Open_File(Select_Project_Title, Project_Filter, path) && !path.empty())
-        Open_Project_File(path, p, shell, host, store);
+      if (!host.Choose_Open_File(Select_Project_Title, Project_Filter, path) || path.empty()) break;
+      // The database and the results of a project lie beside it, and their names in the file are
+      // relative: the project's folder becomes the work directory, as for a recent entry.
+      if (const std::string directory = getdir(path); !directory.empty()) {
+        shell.Work_Directory = directory;
+        host.Change_Directory(directory);
+      }
+      Open_Project_File(path, p, shell, host, store);
       break;
     }
     case 3:
