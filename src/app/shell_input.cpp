@@ -17,7 +17,7 @@ std::vector<File_Filter_Entry> Split_File_Filter(const std::string& filter) {
   std::vector<File_Filter_Entry> entries;
   for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
     File_Filter_Entry entry{parts[i], parts[i + 1]};
-    if (entry.Patterns.find_first_not_of(' ') == std::string::npos) entry.Patterns = "*";
+    if (entry.Patterns.find_first_not_of(' ') == std::string::npos) entry.Patterns.assign(1, '*');
     entries.push_back(entry);
   }
   return entries;
