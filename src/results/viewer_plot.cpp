@@ -54,6 +54,20 @@ void Title_Position(double width, double height, double& x, double& y) {
   y = height - 18;
 }
 
+void Set_Zoom_Window(Picture_State& picture, double x1, double y1, double x2, double y2) {
+  picture.ZoomX1 = std::min(x1, x2);
+  picture.ZoomX2 = std::max(x1, x2);
+  picture.ZoomY1 = std::min(y1, y2);
+  picture.ZoomY2 = std::max(y1, y2);
+  picture.Zoomed = true;
+  picture.ZoomPending = false;
+}
+
+void Clear_Zoom(Picture_State& picture) {
+  picture.Zoomed = false;
+  picture.ZoomPending = false;
+}
+
 void Plot_Overlays(Plot_Surface& surface, const Picture_State& picture, const Viewer_State& s) {
   if (s.LineCutActive) {
     const Cut_Line& c = s.LineCut;

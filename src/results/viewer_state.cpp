@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "app/units.h"
+#include "results/plot.h"
 #include "results/result_variables.h"
 #include "results/viewer_geometry.h"
 
@@ -254,6 +255,16 @@ void Reset_Picks(Viewer_State& s, Viewer_Host& host) {
   if (!s.HistoryPoints.empty() && host.Ask_Yes_No(Reset_Points_Question)) s.HistoryPoints.clear();
   if (!s.HistoryAreas.empty() && host.Ask_Yes_No(Reset_Areas_Question)) s.HistoryAreas.clear();
   if (!s.HistorySupports.empty() && host.Ask_Yes_No(Reset_Supports_Question)) s.HistorySupports.clear();
+}
+
+bool Value_Under_Pointer(const Viewer_State& s, const Picture_State& picture, const Project& p, double px,
+                         double py, Point_Reading& reading) {
+  if (s.CurrentVariable == 21) return false;
+  const double x = Picture_To_World_X(picture, px), y = Picture_To_World_Y(picture, py);
+  int element = 0;
+  double u = 0, v = 0;
+  if (!Find_Element_At_Point(p, Current_Time(s), x, y, element, u, v)) return false;
+  return Value_At_Point(p, s.Buffers, s.CurrentVariable, element, u, v, s.Metric, reading);
 }
 
 bool Pick_History_Point(Viewer_State& s, const Project& p, double x, double y) {

@@ -136,6 +136,21 @@ TEST_F(Picture_Test, InactiveElementsStayBlankAndOverlaysFollowTheFlags) {
   EXPECT_EQ(third.Texts.back().Text, "2");
 }
 
+TEST_F(Picture_Test, ZoomWindowFromADragInAnyDirection) {
+  Set_Zoom_Window(picture, 150, 80, 50, 20);
+  EXPECT_TRUE(picture.Zoomed);
+  EXPECT_FALSE(picture.ZoomPending);
+  Compute_Scale(picture, p, 400 * 15, 300 * 15, 15);
+  // The window 50..150 x 20..80 now fills the picture: its centre is the picture's horizontal
+  // centre, and the scale doubles against the whole frame of 200 mm.
+  EXPECT_EQ(World_To_X(picture, 100), 200);
+  Picture_State whole;
+  Compute_Scale(whole, p, 400 * 15, 300 * 15, 15);
+  EXPECT_NEAR(picture.ScaleX, 2 * whole.ScaleX, 1e-12);
+  Clear_Zoom(picture);
+  EXPECT_FALSE(picture.Zoomed);
+}
+
 TEST_F(Picture_Test, DeformedMeshShiftsCornersByTheMagnification) {
   // Ux = 3 mm at node 3 only; ScaleMax 0 is replaced by 10: m = 3.3333 pixels per mm.
   s.Buffers.Node[2 * 3 - 1] = 3;

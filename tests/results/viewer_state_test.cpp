@@ -240,6 +240,26 @@ TEST_F(Viewer_State_Test, HistoryPicksImportsAndReset) {
   EXPECT_FALSE(s.LineCutActive);
 }
 
+TEST_F(Viewer_State_Test, ValueUnderThePointer) {
+  ASSERT_TRUE(Open());
+  // Two pixels per mm, the model origin at the picture's bottom-left corner, 300 pixels high.
+  Picture_State picture;
+  picture.ScaleX = picture.ScaleY = 2;
+  picture.PictureHeight = 300;
+  Point_Reading r;
+  // Pixel (100, 200) is the model point (50, 50), the centre of element 1 (nodes 11, 12, 13, 14):
+  // 11 + 1/2 + 3/2 + (13 - 12 - 14 + 11)/4 = 12.5.
+  ASSERT_TRUE(Value_Under_Pointer(s, picture, p, 100, 200, r));
+  EXPECT_DOUBLE_EQ(r.Value, 12.5);
+  EXPECT_EQ(r.Text, "     12.50 oC");
+  EXPECT_EQ(r.X_Text, "50.00");
+  // Element 2 is not cast at 0 hours; nothing lies right of x = 200; no label on the reaction page.
+  EXPECT_FALSE(Value_Under_Pointer(s, picture, p, 300, 200, r));
+  EXPECT_FALSE(Value_Under_Pointer(s, picture, p, 500, 200, r));
+  s.CurrentVariable = 21;
+  EXPECT_FALSE(Value_Under_Pointer(s, picture, p, 100, 200, r));
+}
+
 TEST_F(Viewer_State_Test, PagesFollowTheResultsOfTheRun) {
   Result_Layout l;
   EXPECT_TRUE(Variable_Offered(l, false, 1));
