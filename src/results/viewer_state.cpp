@@ -66,10 +66,15 @@ bool Open_Viewer(Viewer_State& s, Result_Family& family, const Project& p, const
   return Load_Run(s, family, run, host);
 }
 
-bool Load_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host) {
+namespace {
+
+// Load_Run, with the message of a failed index chosen by the caller: opening the viewer returns to
+// the design mode, a failed "Select" keeps the viewer on the run it had.
+bool Load_Run_With(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host, bool selecting) {
   std::string message;
   Run_Index index;
   if (!Read_Run_Index(family, run, s.Project_Version, !s.Metric, index, message)) {
+    if (selecting) message = Run_Not_Loaded(family.Files[static_cast<std::size_t>(run)][Slot_RES].Path);
     host.Show_Message(message);
     return false;
   }
@@ -83,6 +88,16 @@ bool Load_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host
   }
   Cap_Stored(s);
   return Read_Current(s, family, host);
+}
+
+}  // namespace
+
+std::string Run_Not_Loaded(const std::string& path) {
+  return "Results (" + path + ") not available or corrupted. ";
+}
+
+bool Load_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host) {
+  return Load_Run_With(s, family, run, host, false);
 }
 
 void Cap_Stored(Viewer_State& s) {
@@ -203,7 +218,12 @@ std::vector<std::string> Run_Names(const Project& p) {
 
 bool Select_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host) {
   if (run < 1 || run > Number_Of_Runs(family)) return false;
-  return Load_Run(s, family, run, host);
+  const ResultFile& index_file = family.Files[static_cast<std::size_t>(run)][Slot_RES];
+  if (index_file.Stream == nullptr) {
+    host.Show_Message(Results_Not_Available(index_file.Path));
+    return false;
+  }
+  return Load_Run_With(s, family, run, host, true);
 }
 
 bool Edit_Scale(Viewer_State& s, Scale_Box box, const std::string& text, bool decimal_comma,

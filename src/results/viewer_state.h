@@ -186,7 +186,10 @@ int Next_Movie_Frame(const Viewer_State& s, int frame);
 // A released button stops at the step reached. Returns the number of frames shown.
 int Play_Movie(Viewer_State& s, Result_Family& family, Viewer_Host& host);
 
-// "Select": the runs by their material names (entry r is run r), and the loading of one.
+// "Select": the runs by their material names (entry r is run r), and the loading of one, as
+// Load_Run. A run whose files are not open shows "Results (" + path + ") not available", one whose
+// index cannot be read Run_Not_Loaded(path); the viewer then stays on its run.
+std::string Run_Not_Loaded(const std::string& path);  // "Results (" + path + ") not available or corrupted. "
 std::vector<std::string> Run_Names(const Project& p);
 bool Select_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host);
 

@@ -56,17 +56,28 @@ class Viewer_State_Test : public ::testing::Test {
     p.Mesh_Support.add(s);
     p.Result_File_Name = "V.RES";
 
+    // Run 2 of the set (a second material) holds 100 more everywhere.
+    p.Result_Names = {"V.RES", "V.RES", "V2.RES"};
+    p.Material.resize(2);
+    p.Material[1].Name = "Concrete A";
+    p.Material[2].Name = "Concrete B";
+    p.Run_Material = {1, 2};
+    Write_Family("V.RES", 0);
+    Write_Family("V2.RES", 100);
+  }
+
+  void Write_Family(const std::string& name, double offset) {
     Result_Family family;
     family.Layout = Result_Layout_Of(p, false);
     std::string message;
-    ASSERT_TRUE(Set_Output_Names(family, {"V.RES", "V.RES"}, dir.path().string(), message));
+    ASSERT_TRUE(Set_Output_Names(family, {name, name}, dir.path().string(), message));
     ASSERT_TRUE(Open_Result_Files(family, 1, 1, 108, message));
     Run_Index index;
     index.Step_Time = {1, 2, 3};
     for (int k = 1; k <= 4; ++k) {
       std::vector<double> nodes, points(8, 1.0);
       for (int n = 1; n <= 6; ++n)
-        nodes.push_back(10 * k + n);
+        nodes.push_back(offset + 10 * k + n);
       Field_Values f;
       f.Temperature = nodes;
       f.Potential = nodes;
@@ -105,7 +116,7 @@ TEST_F(Viewer_State_Test, OpeningCapsTheStoredStepAndReadsIt) {
   EXPECT_DOUBLE_EQ(Current_Time(s), 3);
 
   // A family that is not there: the program's message, nothing opened.
-  p.Result_File_Name = "NONE.RES";
+  p.Result_Names = {"NONE.RES", "NONE.RES"};
   Viewer_State other;
   EXPECT_FALSE(Open_Viewer(other, family, p, dir.path().string(), host));
   ASSERT_FALSE(host.Messages.empty());
@@ -238,6 +249,24 @@ TEST_F(Viewer_State_Test, HistoryPicksImportsAndReset) {
   EXPECT_TRUE(s.HistoryPoints.empty());
   EXPECT_TRUE(s.HistorySupports.empty());
   EXPECT_FALSE(s.LineCutActive);
+}
+
+TEST_F(Viewer_State_Test, SelectingAnotherRunKeepsTheStepAndVariable) {
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(Run_Names(p), (std::vector<std::string>{"Concrete A", "Concrete B"}));
+  ASSERT_TRUE(Pick_Stored_Step(s, family, 3, host));
+  ASSERT_TRUE(Select_Run(s, family, 2, host));
+  EXPECT_EQ(s.CurrentRun, 2);
+  EXPECT_EQ(s.CurrentStored, 3);
+  EXPECT_EQ(Node_Value(1), 131);
+  EXPECT_FALSE(Select_Run(s, family, 3, host));
+  // An index that became unreadable: the message of a failed selection, the viewer stays.
+  ASSERT_TRUE(Select_Run(s, family, 1, host));
+  test::Write_Text(dir.file("V2.RES"), "");
+  EXPECT_FALSE(Select_Run(s, family, 2, host));
+  EXPECT_EQ(host.Messages.back(), "Results (" + dir.file("V2.RES") + ") not available or corrupted. ");
+  EXPECT_EQ(s.CurrentRun, 1);
+  EXPECT_EQ(Node_Value(1), 31);
 }
 
 TEST_F(Viewer_State_Test, ValueUnderThePointer) {
