@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "results/viewer_pages.h"
 #include "results/viewer_state.h"
 #include "support/temp_dir.h"
 
@@ -305,6 +306,18 @@ TEST_F(Viewer_State_Test, PagesFollowTheResultsOfTheRun) {
   EXPECT_FALSE(Variable_Offered(l, false, 34));
   l.Bars = 2;
   EXPECT_TRUE(Variable_Offered(l, false, 34));
+  // The tabs of a thermal run without moisture, and of a mechanical run with interfaces, bars,
+  // moisture and cooling.
+  auto tabs = [](const std::vector<Viewer_Page>& pages) {
+    std::vector<int> v;
+    for (const Viewer_Page& page : pages)
+      v.push_back(page.Variable);
+    return v;
+  };
+  EXPECT_EQ(tabs(Offered_Pages(Result_Layout{}, false, false)), (std::vector<int>{1, 2, 3, 9, 10, 40}));
+  EXPECT_EQ(tabs(Offered_Pages(l, true, true)),
+            (std::vector<int>{1,  4,  5,  2,  3,  0,  9,  10, 20, 11, 12, 13, 14,
+                              16, 17, 18, 15, 19, 21, 22, 30, 31, 32, 33, 34, 40}));
   // A tab change clears the pick modes but keeps the picked points.
   ASSERT_TRUE(Open());
   s.PickingPoints = s.PickingSupports = true;
