@@ -201,7 +201,9 @@ Distribution_Picture Plot_Bar_Charts(Plot_Surface& surface, const Picture_State&
     const double bx = World_To_X(picture, x2), by = World_To_Y(picture, y2);
     const double len = std::hypot(bx - ax, by - ay);
     if (len == 0) return;
-    const double nx = -(by - ay) / len, ny = (bx - ax) / len;
+    // Positive values to the left of the axis as the model sees it, from A to B: upwards along an
+    // axis that runs to the right (the picture's y runs downwards).
+    const double nx = (by - ay) / len, ny = -(bx - ax) / len;
     double tip_x[2], tip_y[2];
     const double value[2] = {value1, value2};
     for (int k = 0; k < 2; ++k) {

@@ -230,6 +230,16 @@ TEST_F(Picture_Test, InterfaceAndBarChartsScaleToTheLargestScaleValue) {
   ASSERT_EQ(lengths.size(), 2u);
   EXPECT_NEAR(lengths[0], 50, 1e-9);
   EXPECT_NEAR(lengths[1], 25, 1e-9);
+  // The bar runs to the right: positive slips are drawn upwards, at the Gauss stations of its axis.
+  for (const auto& l : bars.Lines)
+    if (l.Colour == Red && l.Width == 2) {
+      EXPECT_LT(l.Y2, l.Y1);
+      EXPECT_EQ(l.X2, l.X1);
+    }
+  const double g = 1 / std::sqrt(3.0);
+  const double a = World_To_X(picture, 0), b = World_To_X(picture, 200);
+  EXPECT_NEAR(bars.Lines.back().X1, a + (b - a) * (1 - g) / 2, 1e-9);  // the line joining the tips
+  EXPECT_NEAR(bars.Lines.back().X2, a + (b - a) * (1 + g) / 2, 1e-9);
 }
 
 TEST_F(Picture_Test, ReactionArrowsPointAlongTheSupportAndEndAtIt) {
