@@ -9,7 +9,8 @@
 // nothing here ever blocks on a dialogue of its own.
 //
 // How the two viewer windows drive it:
-//   "Results"        Open_Viewer, then the first page: Select_Variable.
+//   "Results"        Open_Viewer; the tabs from Offered_Pages (viewer_pages.h); the first page:
+//                    Select_Variable.
 //   a page (tab)     Select_Variable; Plot_Distribution (viewer_plot.h); Extreme_Labels_Of
 //                    (viewer_values.h) for "Extreme values in period:" and "Scale Values:".
 //   Enter in a box   Edit_Scale; on true Plot_Distribution from the buffers, on false the box
