@@ -54,6 +54,20 @@ void Title_Position(double width, double height, double& x, double& y) {
   y = height - 18;
 }
 
+void Set_Zoom_Window(Picture_State& picture, double x1, double y1, double x2, double y2) {
+  picture.ZoomX1 = std::min(x1, x2);
+  picture.ZoomX2 = std::max(x1, x2);
+  picture.ZoomY1 = std::min(y1, y2);
+  picture.ZoomY2 = std::max(y1, y2);
+  picture.Zoomed = true;
+  picture.ZoomPending = false;
+}
+
+void Clear_Zoom(Picture_State& picture) {
+  picture.Zoomed = false;
+  picture.ZoomPending = false;
+}
+
 void Plot_Overlays(Plot_Surface& surface, const Picture_State& picture, const Viewer_State& s) {
   if (s.LineCutActive) {
     const Cut_Line& c = s.LineCut;
@@ -187,7 +201,9 @@ Distribution_Picture Plot_Bar_Charts(Plot_Surface& surface, const Picture_State&
     const double bx = World_To_X(picture, x2), by = World_To_Y(picture, y2);
     const double len = std::hypot(bx - ax, by - ay);
     if (len == 0) return;
-    const double nx = -(by - ay) / len, ny = (bx - ax) / len;
+    // Positive values to the left of the axis as the model sees it, from A to B: upwards along an
+    // axis that runs to the right (the picture's y runs downwards).
+    const double nx = (by - ay) / len, ny = -(bx - ax) / len;
     double tip_x[2], tip_y[2];
     const double value[2] = {value1, value2};
     for (int k = 0; k < 2; ++k) {

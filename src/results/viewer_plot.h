@@ -64,6 +64,12 @@ Distribution_Picture Plot_Point_Reactions(Plot_Surface& surface, const Picture_S
 Distribution_Picture Plot_Bar_Charts(Plot_Surface& surface, const Picture_State& picture, const Project& p,
                                      const Viewer_State& s);
 
+// "Zoomin": the window of a drag on the picture, from the model points of its two corners, in any
+// order; Zoomed is set and ZoomPending cleared. "Zoomout": both flags cleared. The window then
+// calls Set_Scale and redraws.
+void Set_Zoom_Window(Picture_State& picture, double x1, double y1, double x2, double y2);
+void Clear_Zoom(Picture_State& picture);
+
 // The line cut (dashed, black) and the history points (red circles of radius 2 with their
 // numbers), as the state has them on.
 void Plot_Overlays(Plot_Surface& surface, const Picture_State& picture, const Viewer_State& s);

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "app/units.h"
+#include "results/plot.h"
 #include "results/result_variables.h"
 #include "results/viewer_geometry.h"
 
@@ -65,10 +66,15 @@ bool Open_Viewer(Viewer_State& s, Result_Family& family, const Project& p, const
   return Load_Run(s, family, run, host);
 }
 
-bool Load_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host) {
+namespace {
+
+// Load_Run, with the message of a failed index chosen by the caller: opening the viewer returns to
+// the design mode, a failed "Select" keeps the viewer on the run it had.
+bool Load_Run_With(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host, bool selecting) {
   std::string message;
   Run_Index index;
   if (!Read_Run_Index(family, run, s.Project_Version, !s.Metric, index, message)) {
+    if (selecting) message = Run_Not_Loaded(family.Files[static_cast<std::size_t>(run)][Slot_RES].Path);
     host.Show_Message(message);
     return false;
   }
@@ -82,6 +88,16 @@ bool Load_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host
   }
   Cap_Stored(s);
   return Read_Current(s, family, host);
+}
+
+}  // namespace
+
+std::string Run_Not_Loaded(const std::string& path) {
+  return "Results (" + path + ") not available or corrupted. ";
+}
+
+bool Load_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host) {
+  return Load_Run_With(s, family, run, host, false);
 }
 
 void Cap_Stored(Viewer_State& s) {
@@ -202,7 +218,12 @@ std::vector<std::string> Run_Names(const Project& p) {
 
 bool Select_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host) {
   if (run < 1 || run > Number_Of_Runs(family)) return false;
-  return Load_Run(s, family, run, host);
+  const ResultFile& index_file = family.Files[static_cast<std::size_t>(run)][Slot_RES];
+  if (index_file.Stream == nullptr) {
+    host.Show_Message(Results_Not_Available(index_file.Path));
+    return false;
+  }
+  return Load_Run_With(s, family, run, host, true);
 }
 
 bool Edit_Scale(Viewer_State& s, Scale_Box box, const std::string& text, bool decimal_comma,
@@ -254,6 +275,16 @@ void Reset_Picks(Viewer_State& s, Viewer_Host& host) {
   if (!s.HistoryPoints.empty() && host.Ask_Yes_No(Reset_Points_Question)) s.HistoryPoints.clear();
   if (!s.HistoryAreas.empty() && host.Ask_Yes_No(Reset_Areas_Question)) s.HistoryAreas.clear();
   if (!s.HistorySupports.empty() && host.Ask_Yes_No(Reset_Supports_Question)) s.HistorySupports.clear();
+}
+
+bool Value_Under_Pointer(const Viewer_State& s, const Picture_State& picture, const Project& p, double px,
+                         double py, Point_Reading& reading) {
+  if (s.CurrentVariable == 21) return false;
+  const double x = Picture_To_World_X(picture, px), y = Picture_To_World_Y(picture, py);
+  int element = 0;
+  double u = 0, v = 0;
+  if (!Find_Element_At_Point(p, Current_Time(s), x, y, element, u, v)) return false;
+  return Value_At_Point(p, s.Buffers, s.CurrentVariable, element, u, v, s.Metric, reading);
 }
 
 bool Pick_History_Point(Viewer_State& s, const Project& p, double x, double y) {

@@ -7,6 +7,22 @@
 //
 // Messages and Yes/No questions go through a Viewer_Host that the window (or a test) supplies, so
 // nothing here ever blocks on a dialogue of its own.
+//
+// How the two viewer windows drive it:
+//   "Results"        Open_Viewer; the tabs from Offered_Pages (viewer_pages.h); the first page:
+//                    Select_Variable.
+//   a page (tab)     Select_Variable; Plot_Distribution (viewer_plot.h); Extreme_Labels_Of
+//                    (viewer_values.h) for "Extreme values in period:" and "Scale Values:".
+//   Enter in a box   Edit_Scale; on true Plot_Distribution from the buffers, on false the box
+//                    text goes back to Scale_Box_Text of the kept value.
+//   pointer move     Value_Under_Pointer: the label next to the pointer, or hidden on false.
+//   pointer press    Pick_History_Point (point mode), Reaction_Label (reaction page).
+//   toolbar          Step_Backward, Step_Forward, Play_Movie, Jump_To_Minimum, Jump_To_Maximum,
+//                    Stored_Time_Texts + Pick_Stored_Step ("Specific"), Run_Names + Select_Run
+//                    ("Select"), Reset_Picks, Set_Zoom_Window / Clear_Zoom (viewer_plot.h);
+//                    after each that returns true, Plot_Distribution.
+//   import button    Import_History_Points / Import_History_Supports with the file chosen in a
+//                    dialogue titled Import_Points_Title / Import_Supports_Title.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +31,10 @@
 
 #include "app/project.h"
 #include "results/cooling_data.h"
+#include "results/plot.h"
 #include "results/result_files.h"
 #include "results/run_index.h"
+#include "results/viewer_values.h"
 
 namespace pvx {
 
@@ -169,7 +187,10 @@ int Next_Movie_Frame(const Viewer_State& s, int frame);
 // A released button stops at the step reached. Returns the number of frames shown.
 int Play_Movie(Viewer_State& s, Result_Family& family, Viewer_Host& host);
 
-// "Select": the runs by their material names (entry r is run r), and the loading of one.
+// "Select": the runs by their material names (entry r is run r), and the loading of one, as
+// Load_Run. A run whose files are not open shows "Results (" + path + ") not available", one whose
+// index cannot be read Run_Not_Loaded(path); the viewer then stays on its run.
+std::string Run_Not_Loaded(const std::string& path);  // "Results (" + path + ") not available or corrupted. "
 std::vector<std::string> Run_Names(const Project& p);
 bool Select_Run(Viewer_State& s, Result_Family& family, int run, Viewer_Host& host);
 
@@ -183,6 +204,12 @@ bool Edit_Scale(Viewer_State& s, Scale_Box box, const std::string& text, bool de
 // "Reset": each of the line cut, the history points, the areas and the supports that is there is
 // cleared when the host answers Yes to its question.
 void Reset_Picks(Viewer_State& s, Viewer_Host& host);
+
+// What the pointer at picture pixel (px, py) shows: the model point by the inverse transformation,
+// the element under it at the current time and the value there with its text. False (the label is
+// hidden) on the reaction page, for a variable without values at a point, or off the active mesh.
+bool Value_Under_Pointer(const Viewer_State& s, const Picture_State& picture, const Project& p, double px,
+                         double py, Point_Reading& reading);
 
 // A press in point mode: the element under the model point (x, y) at the current time, and a new
 // history point with its mapped position; false when the point lies in no active element.

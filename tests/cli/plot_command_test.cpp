@@ -146,5 +146,55 @@ TEST_F(Plot_Command, BadArgumentsGiveTheirMessagesAndStatusOne) {
   EXPECT_FALSE(std::filesystem::exists(png));
 }
 
+// A mechanical family of the same mesh: Szz 1 in the left element and 3 in the right one against a
+// tensile strength of 4, so the ratio Szz/ft is 0.25 and 0.75; Ux 2 mm at every node.
+TEST_F(Plot_Command, MechanicalRatioAndDeformedMesh) {
+  p.Mechanical_Included = True_Flag;
+  p.Result_File_Name = "M.RES";
+  const std::string mech_project = dir.file("M.PVX");
+  test::Write_Text(mech_project, Write_Project_Text(p, 108, "db.txt"));
+  Result_Family family;
+  family.Layout = Result_Layout_Of(p, true);
+  std::string message;
+  ASSERT_TRUE(Set_Output_Names(family, {"M.RES", "M.RES"}, dir.path().string(), message));
+  ASSERT_TRUE(Open_Result_Files(family, 1, 1, 108, message));
+  Run_Index index;
+  std::vector<double> nodes(6, 20.0), strength(8, 4.0), zero(8, 0.0), disp(12, 0.0), stress(32, 0.0);
+  for (int n = 0; n < 6; ++n)
+    disp[static_cast<std::size_t>(2 * n)] = 2;
+  for (int k = 0; k < 8; ++k)
+    stress[static_cast<std::size_t>(4 * k + 3)] = k < 4 ? 1 : 3;
+  Field_Values f;
+  f.Temperature = f.Potential = nodes;
+  f.Maturity = f.Hydration = f.C_Maturity = f.Moisture_Content = f.Compressive_Strength = f.Crack_Opening =
+      zero;
+  f.Tensile_Strength = strength;
+  f.Displacement = disp;
+  f.Corner_Stress = stress;
+  ASSERT_TRUE(Record_Storage(family, 1, f, 0, index, message)) << message;
+  index.Extremes[19] = {0, 0.75, 0, 1, 1, 1};
+  index.Extremes[20] = {0, 2, 0, 2, 1, 1};
+  ASSERT_TRUE(Write_Run_Index(family, 1, index, message));
+  ASSERT_TRUE(Close_Result_Files(family, 1, message));
+
+  const std::string png = dir.file("r.png");
+  const std::string res_m = dir.file("M.RES");
+  ASSERT_EQ(Pvx_Plot({res_m, "--var", "19", "--stored", "1", "--png", png, "--size", "500x320"}, out, err), 0)
+      << err;
+  QImage ratio(QString::fromStdString(png));
+  EXPECT_EQ(ratio.pixelColor(Pixel_Of(50, 50, 500, 320)), QColor(0, 128, 255));   // 0.25: band 3
+  EXPECT_EQ(ratio.pixelColor(Pixel_Of(150, 50, 500, 320)), QColor(255, 255, 0));  // 0.75: band 8
+
+  // The deformed mesh: the scale of 2 mm shows as 33.333 pixels, and Ux is 2 mm everywhere, so the
+  // left side of element 1 is drawn 33.333 pixels right of its place; nothing is left there.
+  ASSERT_EQ(Pvx_Plot({res_m, "--var", "20", "--stored", "1", "--png", png, "--size", "500x320"}, out, err), 0)
+      << err;
+  EXPECT_NE(out.find("Deformations at        0.0 hours"), std::string::npos) << out;
+  QImage deformed(QString::fromStdString(png));
+  const QPoint corner = Pixel_Of(0, 50, 500, 320);
+  EXPECT_EQ(deformed.pixelColor(corner + QPoint(33, 0)), QColor(255, 0, 0));
+  EXPECT_EQ(deformed.pixelColor(corner), QColor(255, 255, 255));
+}
+
 }  // namespace
 }  // namespace pvx

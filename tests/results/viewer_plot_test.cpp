@@ -136,6 +136,21 @@ TEST_F(Picture_Test, InactiveElementsStayBlankAndOverlaysFollowTheFlags) {
   EXPECT_EQ(third.Texts.back().Text, "2");
 }
 
+TEST_F(Picture_Test, ZoomWindowFromADragInAnyDirection) {
+  Set_Zoom_Window(picture, 150, 80, 50, 20);
+  EXPECT_TRUE(picture.Zoomed);
+  EXPECT_FALSE(picture.ZoomPending);
+  Compute_Scale(picture, p, 400 * 15, 300 * 15, 15);
+  // The window 50..150 x 20..80 now fills the picture: its centre is the picture's horizontal
+  // centre, and the scale doubles against the whole frame of 200 mm.
+  EXPECT_EQ(World_To_X(picture, 100), 200);
+  Picture_State whole;
+  Compute_Scale(whole, p, 400 * 15, 300 * 15, 15);
+  EXPECT_NEAR(picture.ScaleX, 2 * whole.ScaleX, 1e-12);
+  Clear_Zoom(picture);
+  EXPECT_FALSE(picture.Zoomed);
+}
+
 TEST_F(Picture_Test, DeformedMeshShiftsCornersByTheMagnification) {
   // Ux = 3 mm at node 3 only; ScaleMax 0 is replaced by 10: m = 3.3333 pixels per mm.
   s.Buffers.Node[2 * 3 - 1] = 3;
@@ -215,6 +230,16 @@ TEST_F(Picture_Test, InterfaceAndBarChartsScaleToTheLargestScaleValue) {
   ASSERT_EQ(lengths.size(), 2u);
   EXPECT_NEAR(lengths[0], 50, 1e-9);
   EXPECT_NEAR(lengths[1], 25, 1e-9);
+  // The bar runs to the right: positive slips are drawn upwards, at the Gauss stations of its axis.
+  for (const auto& l : bars.Lines)
+    if (l.Colour == Red && l.Width == 2) {
+      EXPECT_LT(l.Y2, l.Y1);
+      EXPECT_EQ(l.X2, l.X1);
+    }
+  const double g = 1 / std::sqrt(3.0);
+  const double a = World_To_X(picture, 0), b = World_To_X(picture, 200);
+  EXPECT_NEAR(bars.Lines.back().X1, a + (b - a) * (1 - g) / 2, 1e-9);  // the line joining the tips
+  EXPECT_NEAR(bars.Lines.back().X2, a + (b - a) * (1 + g) / 2, 1e-9);
 }
 
 TEST_F(Picture_Test, ReactionArrowsPointAlongTheSupportAndEndAtIt) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "results/viewer_pages.h"
 #include "results/viewer_state.h"
 #include "support/temp_dir.h"
 
@@ -56,17 +57,28 @@ class Viewer_State_Test : public ::testing::Test {
     p.Mesh_Support.add(s);
     p.Result_File_Name = "V.RES";
 
+    // Run 2 of the set (a second material) holds 100 more everywhere.
+    p.Result_Names = {"V.RES", "V.RES", "V2.RES"};
+    p.Material.resize(2);
+    p.Material[1].Name = "Concrete A";
+    p.Material[2].Name = "Concrete B";
+    p.Run_Material = {1, 2};
+    Write_Family("V.RES", 0);
+    Write_Family("V2.RES", 100);
+  }
+
+  void Write_Family(const std::string& name, double offset) {
     Result_Family family;
     family.Layout = Result_Layout_Of(p, false);
     std::string message;
-    ASSERT_TRUE(Set_Output_Names(family, {"V.RES", "V.RES"}, dir.path().string(), message));
+    ASSERT_TRUE(Set_Output_Names(family, {name, name}, dir.path().string(), message));
     ASSERT_TRUE(Open_Result_Files(family, 1, 1, 108, message));
     Run_Index index;
     index.Step_Time = {1, 2, 3};
     for (int k = 1; k <= 4; ++k) {
       std::vector<double> nodes, points(8, 1.0);
       for (int n = 1; n <= 6; ++n)
-        nodes.push_back(10 * k + n);
+        nodes.push_back(offset + 10 * k + n);
       Field_Values f;
       f.Temperature = nodes;
       f.Potential = nodes;
@@ -105,7 +117,7 @@ TEST_F(Viewer_State_Test, OpeningCapsTheStoredStepAndReadsIt) {
   EXPECT_DOUBLE_EQ(Current_Time(s), 3);
 
   // A family that is not there: the program's message, nothing opened.
-  p.Result_File_Name = "NONE.RES";
+  p.Result_Names = {"NONE.RES", "NONE.RES"};
   Viewer_State other;
   EXPECT_FALSE(Open_Viewer(other, family, p, dir.path().string(), host));
   ASSERT_FALSE(host.Messages.empty());
@@ -240,6 +252,44 @@ TEST_F(Viewer_State_Test, HistoryPicksImportsAndReset) {
   EXPECT_FALSE(s.LineCutActive);
 }
 
+TEST_F(Viewer_State_Test, SelectingAnotherRunKeepsTheStepAndVariable) {
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(Run_Names(p), (std::vector<std::string>{"Concrete A", "Concrete B"}));
+  ASSERT_TRUE(Pick_Stored_Step(s, family, 3, host));
+  ASSERT_TRUE(Select_Run(s, family, 2, host));
+  EXPECT_EQ(s.CurrentRun, 2);
+  EXPECT_EQ(s.CurrentStored, 3);
+  EXPECT_EQ(Node_Value(1), 131);
+  EXPECT_FALSE(Select_Run(s, family, 3, host));
+  // An index that became unreadable: the message of a failed selection, the viewer stays.
+  ASSERT_TRUE(Select_Run(s, family, 1, host));
+  test::Write_Text(dir.file("V2.RES"), "");
+  EXPECT_FALSE(Select_Run(s, family, 2, host));
+  EXPECT_EQ(host.Messages.back(), "Results (" + dir.file("V2.RES") + ") not available or corrupted. ");
+  EXPECT_EQ(s.CurrentRun, 1);
+  EXPECT_EQ(Node_Value(1), 31);
+}
+
+TEST_F(Viewer_State_Test, ValueUnderThePointer) {
+  ASSERT_TRUE(Open());
+  // Two pixels per mm, the model origin at the picture's bottom-left corner, 300 pixels high.
+  Picture_State picture;
+  picture.ScaleX = picture.ScaleY = 2;
+  picture.PictureHeight = 300;
+  Point_Reading r;
+  // Pixel (100, 200) is the model point (50, 50), the centre of element 1 (nodes 11, 12, 13, 14):
+  // 11 + 1/2 + 3/2 + (13 - 12 - 14 + 11)/4 = 12.5.
+  ASSERT_TRUE(Value_Under_Pointer(s, picture, p, 100, 200, r));
+  EXPECT_DOUBLE_EQ(r.Value, 12.5);
+  EXPECT_EQ(r.Text, "     12.50 oC");
+  EXPECT_EQ(r.X_Text, "50.00");
+  // Element 2 is not cast at 0 hours; nothing lies right of x = 200; no label on the reaction page.
+  EXPECT_FALSE(Value_Under_Pointer(s, picture, p, 300, 200, r));
+  EXPECT_FALSE(Value_Under_Pointer(s, picture, p, 500, 200, r));
+  s.CurrentVariable = 21;
+  EXPECT_FALSE(Value_Under_Pointer(s, picture, p, 100, 200, r));
+}
+
 TEST_F(Viewer_State_Test, PagesFollowTheResultsOfTheRun) {
   Result_Layout l;
   EXPECT_TRUE(Variable_Offered(l, false, 1));
@@ -256,6 +306,18 @@ TEST_F(Viewer_State_Test, PagesFollowTheResultsOfTheRun) {
   EXPECT_FALSE(Variable_Offered(l, false, 34));
   l.Bars = 2;
   EXPECT_TRUE(Variable_Offered(l, false, 34));
+  // The tabs of a thermal run without moisture, and of a mechanical run with interfaces, bars,
+  // moisture and cooling.
+  auto tabs = [](const std::vector<Viewer_Page>& pages) {
+    std::vector<int> v;
+    for (const Viewer_Page& page : pages)
+      v.push_back(page.Variable);
+    return v;
+  };
+  EXPECT_EQ(tabs(Offered_Pages(Result_Layout{}, false, false)), (std::vector<int>{1, 2, 3, 9, 10, 40}));
+  EXPECT_EQ(tabs(Offered_Pages(l, true, true)),
+            (std::vector<int>{1,  4,  5,  2,  3,  0,  9,  10, 20, 11, 12, 13, 14,
+                              16, 17, 18, 15, 19, 21, 22, 30, 31, 32, 33, 34, 40}));
   // A tab change clears the pick modes but keeps the picked points.
   ASSERT_TRUE(Open());
   s.PickingPoints = s.PickingSupports = true;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "app/units.h"
 #include "results/viewer_values.h"
 
 namespace pvx {
@@ -175,9 +176,13 @@ TEST(Viewer_Texts, TitlesUnitsAndPageLabels) {
   // Viewer variable 33 shows extreme row 26.
   index.Extremes[26] = {-1.5, 2.25, -1.5, 2.25, 1, 1};
   EXPECT_EQ(Extreme_Labels_Of(index, 33, true).Maximum, "Maximum:     2.25 [MPa]");
-  // A scale box reads back to the same number.
+  // A scale box reads back through the number entry to the same number.
   EXPECT_EQ(Scale_Box_Text(0.1), "0.1");
-  EXPECT_EQ(std::stod(Scale_Box_Text(1.0 / 3)), 1.0 / 3);
+  for (double v : {1.0 / 3, 1e-5, -2.5e20, 46.0, -0.0625}) {
+    std::string message;
+    EXPECT_EQ(Check_Number(Scale_Box_Text(v), false, &message), v) << Scale_Box_Text(v);
+    EXPECT_EQ(message, "");
+  }
 }
 
 }  // namespace
