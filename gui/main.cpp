@@ -2,6 +2,7 @@
 // which starts with the project named on the command line, if any.
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QPainter>
 #include <QSplashScreen>
 
@@ -49,7 +50,14 @@ int main(int argc, char* argv[]) {
       application.processEvents(QEventLoop::AllEvents, 50);
     splash.finish(&window);
   }
-  const std::string command_line = argc > 1 ? pvx::Quoted_Command_Line(argv[1]) : std::string();
+  // The start-up changes the current directory (work directory file, default database), so a
+  // relative path on the command line is made absolute first.
+  std::string command_line;
+  if (argc > 1) {
+    QString path = QString::fromLocal8Bit(argv[1]).trimmed();
+    if (path.size() >= 2 && path.startsWith('"') && path.endsWith('"')) path = path.mid(1, path.size() - 2);
+    command_line = pvx::Quoted_Command_Line(QFileInfo(path).absoluteFilePath().toStdString());
+  }
   window.Start(pvx::Locale_Uses_Decimal_Comma(), command_line);
   return application.exec();
 }

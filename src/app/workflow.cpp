@@ -230,7 +230,13 @@ bool Open_Project_File(const std::string& path, Project& p, Shell& shell, Shell_
 bool Direct_Start(const std::string& command_line, Project& p, Shell& shell, Shell_Host& host,
                   Settings_Store& store) {
   if (command_line.size() < 2) return false;
-  return Open_Project_File(command_line.substr(1, command_line.size() - 2), p, shell, host, store);
+  const std::string path = command_line.substr(1, command_line.size() - 2);
+  // As with Open: the database and the results named in the file lie beside it.
+  if (const std::string directory = getdir(path); !directory.empty()) {
+    shell.Work_Directory = directory;
+    host.Change_Directory(directory);
+  }
+  return Open_Project_File(path, p, shell, host, store);
 }
 
 bool Open_Recent_File(int position, Project& p, Shell& shell, Shell_Host& host, Settings_Store& store) {

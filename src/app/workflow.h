@@ -144,7 +144,8 @@ void Close_Work_Directory_Form(const std::string& chosen, Shell& shell, Shell_Ho
 bool Open_Project_File(const std::string& path, Project& p, Shell& shell, Shell_Host& host,
                        Settings_Store& store);
 
-// The program started with a file argument: the command line in quotes.
+// The program started with a file argument: the command line in quotes. The file's folder becomes
+// the work directory, as with Open.
 bool Direct_Start(const std::string& command_line, Project& p, Shell& shell, Shell_Host& host,
                   Settings_Store& store);
 

@@ -422,8 +422,10 @@ TEST(Opening, AFileWithResultsIsComputedUnlessItsVersionPredatesThem) {
   const std::string old = folder.dir.file("OLD.PVX");
   test::Write_Text(old, Write_Project_Text(p, 107, "PVX-Concrete.txt"));
 
-  // Started from the command line, the path in quotes.
+  // Started from the command line, the path in quotes; the file's folder becomes the work directory.
+  shell.Work_Directory = "/nowhere/";
   ASSERT_TRUE(Direct_Start("\"" + with_results + "\"", p, shell, host, store));
+  EXPECT_EQ(shell.Work_Directory, folder.path());
   EXPECT_EQ(shell.State, Work_State::Computed);
   EXPECT_EQ(p.Result_File_Name, "B.RES");
 
@@ -491,12 +493,14 @@ TEST(Start, WorkDirectoryDatabaseAndCommandLineInTheirOrder) {
   EXPECT_TRUE(shell.Decimal_Comma);
   EXPECT_EQ(recent, std::vector<std::string>{"old.PVX"});
 
-  // Yes to the proposal moves to the program's folder; the file of the command line opens there.
+  // Yes to the proposal moves to the program's folder and reads the default database there; the
+  // file of the command line then makes its own folder the work directory and reads the database
+  // beside it.
   host.answers = {Answer::Yes};
   recent = Start_Main_Window(p, shell, host, store, false, "\"" + work.project + "\"");
-  EXPECT_EQ(shell.Work_Directory, shell.Application_Path);
+  EXPECT_EQ(shell.Work_Directory, work.path());
   EXPECT_EQ(p.Project_File, work.project);
-  EXPECT_EQ(p.Material_Database_Path, app.file("PVX-Concrete.txt"));
+  EXPECT_EQ(p.Material_Database_Path, work.path() + "PVX-Concrete.txt");
   EXPECT_EQ(shell.State, Work_State::Computed);
   EXPECT_EQ(recent, (std::vector<std::string>{work.project, "old.PVX"}));
 }
