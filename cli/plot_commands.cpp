@@ -85,29 +85,6 @@ bool Parse_Size(const std::string& text, int& width, int& height) {
   return width >= 50 && height >= 50 && width <= 20000 && height <= 20000;
 }
 
-// The project beside a result family whose run wrote it: its result name, or its own name with
-// .RES, is the family's. Empty when none or several fit.
-std::string Project_Beside(const std::string& res_path) {
-  namespace fs = std::filesystem;
-  const fs::path res = fs::absolute(res_path);
-  const std::string wanted = Lower(res.filename().string());
-  std::string found;
-  std::error_code ec;
-  for (const auto& entry : fs::directory_iterator(res.parent_path(), ec)) {
-    if (!entry.is_regular_file() || Lower(entry.path().extension().string()) != ".pvx") continue;
-    Project p;
-    Read_Report report;
-    if (!Read_Project(entry.path().string(), res.parent_path().string(), p, report)) continue;
-    bool fits = Lower(entry.path().stem().string() + ".RES") == wanted;
-    for (const std::string& name : p.Result_Names)
-      fits = fits || Lower(File_Part(name)) == wanted;
-    if (!fits) continue;
-    if (!found.empty()) return {};
-    found = entry.path().string();
-  }
-  return found;
-}
-
 // The picture transformation. A picture of its own shows the whole mesh: the window is the mesh's
 // extent with a small border (the viewer's zoom window), not the design frame, which a mesh may
 // outgrow. Without a mesh the frame serves.
@@ -161,7 +138,7 @@ int Plot(const Plot_Options& o, std::ostream& out, std::ostream& err) {
     err << Results_Not_Available(o.path) << "\n";
     return Exit_Failure;
   }
-  const std::string project_path = o.project.empty() ? Project_Beside(o.path) : o.project;
+  const std::string project_path = o.project.empty() ? Find_Project_Of(o.path) : o.project;
   if (project_path.empty()) {
     err << "A picture is drawn on the mesh of its project, and no single project beside the results names "
            "them: give --project\n";

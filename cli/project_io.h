@@ -17,5 +17,8 @@ bool Open_Project_With_Database(const std::string& path, Project& p, std::ostrea
 // Saves under a new name with the folder of that name as work directory.
 bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std::ostream& err);
 void Print_Summary(const Project& p, std::ostream& out);
+// The project beside a result family whose run wrote it: its result name, or its own name with
+// .RES, is the family's. Empty when none or several fit.
+std::string Find_Project_Of(const std::string& res_path);
 
 }  // namespace pvx::cli

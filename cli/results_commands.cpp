@@ -255,34 +255,6 @@ int Show_Index(const Results_Options& o, std::ostream& out, std::ostream& err) {
   return Exit_Ok;
 }
 
-// The project beside a result family whose run wrote it: its result name, or its own name with
-// .RES, is the family's. Empty when none or several fit.
-std::string Find_Project_Of(const std::string& res_path) {
-  namespace fs = std::filesystem;
-  auto lower = [](std::string t) {
-    for (char& c : t)
-      c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return t;
-  };
-  const fs::path res = fs::absolute(res_path);
-  const std::string wanted = lower(res.filename().string());
-  std::string found;
-  std::error_code ec;
-  for (const auto& entry : fs::directory_iterator(res.parent_path(), ec)) {
-    if (!entry.is_regular_file() || lower(entry.path().extension().string()) != ".pvx") continue;
-    Project p;
-    Read_Report report;
-    if (!Read_Project(entry.path().string(), res.parent_path().string(), p, report)) continue;
-    bool fits = lower(entry.path().stem().string() + ".RES") == wanted;
-    for (const std::string& name : p.Result_Names)
-      fits = fits || lower(File_Part(name)) == wanted;
-    if (!fits) continue;
-    if (!found.empty()) return {};
-    found = entry.path().string();
-  }
-  return found;
-}
-
 int Show_Record(const Results_Options& given, std::ostream& out, std::ostream& err) {
   Results_Options o = given;
   const int slot = Slot_Of_Variable(o.variable);
