@@ -52,6 +52,7 @@ class frmDiag : public Work_Form_Widget {
   void Update_Diagnostics(int row);
 
   bool Running() const { return running_; }
+  bool Busy() const override { return running_; }
   const Run_State& Last_Run() const { return run_; }
   Run_Outcome Last_Outcome() const { return outcome_; }
   int Diagnostic_Circuit() const;

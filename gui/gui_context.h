@@ -32,6 +32,9 @@ class Work_Form_Widget : public QWidget {
   virtual void Form_Shown() {}
   // Draws the form's picture again (the design panel after a change made elsewhere).
   virtual void Redraw() {}
+  // True while the form holds the Project in a long operation (a computation): the main window
+  // then refuses every command that would change or replace the Project, and its closing.
+  virtual bool Busy() const { return false; }
 };
 
 // Makes the working form of the given kind, or nullptr for a kind that has no window yet.

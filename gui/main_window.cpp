@@ -481,23 +481,36 @@ void mdiPVX::Redraw_Design() {
   if (auto it = work_forms_.find(Work_Form::Design); it != work_forms_.end()) it->second->Redraw();
 }
 
+bool mdiPVX::Refused_During_Run() {
+  for (const auto& [form, widget] : work_forms_)
+    if (widget->Busy()) {
+      host_->Show_Message(Run_In_Progress_Message);
+      return true;
+    }
+  return false;
+}
+
 void mdiPVX::Project_Menu(int index) {
+  if (Refused_During_Run()) return;
   mnuProject_Click(index, project_, shell_, *host_, store_);
   Refresh();
 }
 
 void mdiPVX::Toolbar_Click(const std::string& key) {
+  if (Refused_During_Run()) return;
   Toolbar1_ButtonClick(key, project_, shell_, *host_, store_);
   Refresh();
 }
 
 void mdiPVX::Open_Recent(int position) {
+  if (Refused_During_Run()) return;
   Hide_All();
   Open_Recent_File(position, project_, shell_, *host_, store_);
   Refresh();
 }
 
 void mdiPVX::Show_Units() {
+  if (Refused_During_Run()) return;
   auto* dialog = new frmUnits(context_, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   // The form in view shows its values and unit labels again in the chosen system.
@@ -534,6 +547,11 @@ void mdiPVX::Show_Help() {
 }
 
 void mdiPVX::closeEvent(QCloseEvent* event) {
+  // The run holds the Project on the stack below this event: the window stays until it ends.
+  if (!end_confirmed_ && Refused_During_Run()) {
+    event->ignore();
+    return;
+  }
   if (!end_confirmed_ && !Query_Close(project_, shell_, *host_, store_)) {
     event->ignore();
     Refresh();

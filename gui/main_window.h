@@ -20,6 +20,9 @@
 
 namespace pvx {
 
+inline constexpr const char* Run_In_Progress_Message =
+    "A computation is running. Stop it first with \"Stop computations\".";
+
 // The help page of the workflow, shipped with the program.
 inline constexpr const char* Help_Page = "qrc:/help/workflow.html";
 
@@ -60,6 +63,9 @@ class mdiPVX : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  // While a computation runs, the commands that would change or replace the Project are refused
+  // with a message; true when that happened.
+  bool Refused_During_Run();
   class Window_Host;
   friend class Window_Host;
 

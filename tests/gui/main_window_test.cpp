@@ -10,12 +10,15 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
+#include <algorithm>
 #include <filesystem>
 
 #include "app/project_load.h"
 #include "app/shell_host_fake.h"
 #include "app/shell_input.h"
 #include "frm_change_work_dir.h"
+#include "frm_diag.h"
 #include "frm_proj.h"
 #include "frm_units.h"
 #include "screenshot.h"
@@ -372,6 +375,51 @@ TEST(MainWindow, HelpAndAboutShowTheProgramsTexts) {
     EXPECT_TRUE(text.contains(heading)) << heading;
   test::Take_Screenshot(*help, "help");
   help->close();
+}
+
+}  // namespace
+}  // namespace pvx
+
+namespace pvx {
+namespace {
+
+// The run holds the Project while it pumps events: a command that would replace the Project, or
+// the closing of the window, must wait until it ends.
+TEST(MainWindow, CommandsAndClosingAreRefusedWhileAComputationRuns) {
+  Desk desk;
+  mdiPVX& w = *desk.window;
+  desk.Open_Example();
+  desk.host.answers = {Answer::Yes};  // the example names results: they may go
+  desk.Trigger("Compute");
+  auto* diag = qobject_cast<frmDiag*>(w.Shown_Form());
+  ASSERT_NE(diag, nullptr);
+  const std::string opened = w.project().Project_File;
+
+  desk.host.messages.clear();
+  desk.host.files = {desk.project};
+  bool tried = false;
+  bool visible_after_close = false;
+  QTimer::singleShot(0, [&] {
+    tried = true;
+    desk.Trigger("Open");
+    desk.Trigger("Design_Panel");
+    w.close();
+    visible_after_close = w.isVisible();
+  });
+  QTest::mouseClick(diag->Command2, Qt::LeftButton);
+  ASSERT_TRUE(tried);
+  EXPECT_TRUE(visible_after_close);
+  EXPECT_EQ(std::count(desk.host.messages.begin(), desk.host.messages.end(), Run_In_Progress_Message), 3);
+  EXPECT_EQ(desk.host.files.size(), 1u);  // no file chooser came up
+  EXPECT_EQ(w.Shown_Form(), diag);        // the run window stayed in view
+  EXPECT_EQ(w.project().Project_File, opened);
+  EXPECT_EQ(desk.Visible_Buttons(), Computed_Keys);  // the run ended and wrote its results
+
+  // After the run the same commands work again.
+  desk.host.messages.clear();
+  desk.Trigger("Design_Panel");
+  EXPECT_TRUE(desk.host.messages.empty());
+  EXPECT_NE(w.Shown_Form(), diag);
 }
 
 }  // namespace
