@@ -130,7 +130,9 @@ frmResA::frmResA(frmRes& form, QWidget* parent) : QWidget(parent) {
   setWindowTitle(Result_Panel_Caption);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  Toolbar = new QToolBar(this);
+  // The toolbar spans the whole form (the frmRes lays it out above both windows) so that all
+  // thirteen keys stay in sight.
+  Toolbar = new QToolBar(parent);
   for (const char* key : Viewer_Toolbar_Keys) {
     QAction* action = Toolbar->addAction(key);
     action->setObjectName(key);
@@ -138,7 +140,6 @@ frmResA::frmResA(frmRes& form, QWidget* parent) : QWidget(parent) {
     action->setCheckable(k == "Movie" || k == "Linecut" || k == "History1");
     Tools[k] = action;
   }
-  layout->addWidget(Toolbar);
 
   auto* lists = new QHBoxLayout;
   List_Times = new QListWidget(this);
@@ -198,10 +199,13 @@ frmRes::frmRes(Gui_Context& context, QWidget* parent) : Work_Form_Widget(parent)
       if (auto* diag = dynamic_cast<frmDiag*>(w); diag && diag->Running()) return true;
     return false;
   };
-  auto* layout = new QHBoxLayout(this);
+  auto* outer = new QVBoxLayout(this);
+  auto* layout = new QHBoxLayout;
   A = new frmResA(*this, this);
   B = new frmresB(*this, this);
   B->setMinimumWidth(340);
+  outer->addWidget(A->Toolbar);
+  outer->addLayout(layout, 1);
   layout->addWidget(A, 3);
   layout->addWidget(B, 1);
 

@@ -307,6 +307,11 @@ TEST(frmRes, TheMaturityPageReadsVariableTwoAndThePointerReadsTheStoredNodeValue
   EXPECT_EQ(labels.Maximum.rfind("Maximum: ", 0), 0u);
   EXPECT_EQ(f.Time_Label(), Distribution_Title_At(2, index.Storage_Time[middle]));
   test::Take_Screenshot(w, "frmRes_maturity");
+  ASSERT_TRUE(w.Show_Variable(40));
+  EXPECT_EQ(root->tabText(root->currentIndex()), "D.o.h");
+  EXPECT_EQ(w.State().CurrentVariable, 40);
+  test::Take_Screenshot(w, "frmRes_hydration");
+  ASSERT_TRUE(w.Show_Variable(2));
 
   // While a computation runs a tab click is ignored and the tab goes back.
   w.Computing = [] { return true; };
