@@ -323,6 +323,62 @@ TEST(frmRes, TheMaturityPageReadsVariableTwoAndThePointerReadsTheStoredNodeValue
   EXPECT_EQ(w.State().CurrentVariable, 3);
 }
 
+TEST(frmRes, ADraggedRectangleZoomsAndPicksAreMadeShownAndResetOnQuestion) {
+  Viewer f;
+  ASSERT_TRUE(f.Open());
+  frmRes& w = *f.form;
+  QWidget* picture = w.Picture_Widget();
+  const double whole = w.Picture().ScaleX;
+  // A rectangle a quarter of the picture each way: about four times the pixels per mm.
+  const QPoint a(picture->width() / 2, picture->height() / 2);
+  const QPoint b(a.x() + picture->width() / 4, a.y() + picture->height() / 4);
+  QTest::mousePress(picture, Qt::LeftButton, {}, a);
+  QTest::mouseMove(picture, b);
+  QTest::mouseRelease(picture, Qt::LeftButton, {}, b);
+  EXPECT_GT(w.Picture().ScaleX, 2.5 * whole);
+  w.Toolbar_Click("Zoomout");
+  EXPECT_DOUBLE_EQ(w.Picture().ScaleX, whole);
+
+  // "History1" down: a click inside an element adds a point there, with the mapped position.
+  const Project& p = f.project;
+  const int element = p.Mesh_Element.count() / 2;
+  double x[4], y[4];
+  ASSERT_TRUE(Element_Corners(p, element, x, y));
+  const double cx = (x[0] + x[1] + x[2] + x[3]) / 4, cy = (y[0] + y[1] + y[2] + y[3]) / 4;
+  w.Toolbar_Click("History1");
+  EXPECT_TRUE(w.Tool("History1")->isChecked());
+  EXPECT_TRUE(w.State().PickingPoints);
+  w.Click_At(f.Pixel_X(cx), f.Pixel_Y(cy));
+  ASSERT_EQ(w.State().HistoryPoints.count(), 1);
+  EXPECT_EQ(w.State().HistoryPoints[1].Element, element);
+  EXPECT_NEAR(w.State().HistoryPoints[1].X, cx, 1e-6 * (1 + std::fabs(cx)));
+  EXPECT_NEAR(w.State().HistoryPoints[1].Y, cy, 1e-6 * (1 + std::fabs(cy)));
+
+  // A line cut: "Linecut", then a drag gives the line in model mm.
+  w.Toolbar_Click("Linecut");
+  EXPECT_TRUE(w.State().LineCutPending);
+  w.Drag_To(f.Pixel_X(x[0]), f.Pixel_Y(y[0]), f.Pixel_X(x[2]), f.Pixel_Y(y[2]));
+  EXPECT_TRUE(w.State().LineCutActive);
+  EXPECT_FALSE(w.Tool("Linecut")->isChecked());
+  EXPECT_NEAR(w.State().LineCut.X2, x[2], 1e-6 * (1 + std::fabs(x[2])));
+  EXPECT_DOUBLE_EQ(w.Picture().ScaleX, whole);  // the drag did not zoom
+
+  // Another page releases the pick button; the points stay.
+  ASSERT_TRUE(w.Show_Variable(2));
+  EXPECT_FALSE(w.Tool("History1")->isChecked());
+  EXPECT_FALSE(w.State().PickingPoints);
+  EXPECT_EQ(w.State().HistoryPoints.count(), 1);
+
+  // "Reset": No keeps the line cut, Yes drops the points.
+  f.host.answers = {Answer::No, Answer::Yes};
+  w.Toolbar_Click("Reset");
+  ASSERT_EQ(f.host.questions.size(), 2u);
+  EXPECT_EQ(f.host.questions[0], Reset_Line_Cut_Question);
+  EXPECT_EQ(f.host.questions[1], Reset_Points_Question);
+  EXPECT_TRUE(w.State().LineCutActive);
+  EXPECT_EQ(w.State().HistoryPoints.count(), 0);
+}
+
 TEST(frmRes, AScaleMinimumAboveTheMaximumIsRefusedAndAGoodOneRedraws) {
   Viewer f;
   ASSERT_TRUE(f.Open());
