@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
 #include <QToolBar>
@@ -38,7 +39,7 @@ struct Computed_Example {
   test::Run_Forms_Fixture base;
   bool ok = false;
   double seconds = 0;
-  Computed_Example() {
+  explicit Computed_Example(int runs) {
     if (!base.Load_Example()) return;
     Project& p = base.project;
     bool prescribed = true;
@@ -50,8 +51,16 @@ struct Computed_Example {
     }
     p.Result_File_Name = "WALL.RES";
     p.Run_Material.resize(0);
+    if (runs == 2) {  // the material of the first element, and another one in its place
+      int first = 1;
+      for (int m = 1; m <= p.Material.count(); ++m)
+        if (p.Material[m].Name == p.Mesh_Element[1].Material) first = m;
+      p.Run_Material.resize(2);
+      p.Run_Material[1] = static_cast<std::int16_t>(first);
+      p.Run_Material[2] = static_cast<std::int16_t>(first == 1 ? 2 : 1);
+    }
     Prepare_Run_Variants(p);
-    if (Number_Of_Runs(p) != 1) {
+    if (Number_Of_Runs(p) != runs) {
       ADD_FAILURE() << "runs: " << Number_Of_Runs(p);
       return;
     }
@@ -67,9 +76,11 @@ struct Computed_Example {
   }
 };
 
-const Computed_Example& Example() {
-  static Computed_Example example;
-  return example;
+const Computed_Example& Example(int runs = 1) {
+  static Computed_Example one(1);
+  if (runs == 1) return one;
+  static Computed_Example two(2);
+  return two;
 }
 
 // A form over a copy of the computed project, with a host of its own.
@@ -80,8 +91,9 @@ struct Viewer {
   test::Scripted_Host host;
   Gui_Context context{project, shell, store, host};
   std::unique_ptr<frmRes> form;
+  int runs = 1;
   bool Open() {
-    const Computed_Example& e = Example();
+    const Computed_Example& e = Example(runs);
     if (!e.ok) return false;
     project = e.base.project;
     shell = e.base.shell;
@@ -91,13 +103,12 @@ struct Viewer {
     form->Form_Shown();
     return form->Is_Open();
   }
-  std::string Path(const std::string& name) const { return Example().base.dir.file(name); }
+  std::string Path(const std::string& name) const { return Example(runs).base.dir.file(name); }
   // The index and a record read apart from the form.
-  Run_Index Index() const {
+  Run_Index Index(const std::string& name = "WALL.RES") const {
     Run_Index index;
     std::string message;
-    EXPECT_TRUE(Read_Run_Index_File(Path("WALL.RES"), project.File_Version, false, index, message))
-        << message;
+    EXPECT_TRUE(Read_Run_Index_File(Path(name), project.File_Version, false, index, message)) << message;
     return index;
   }
   bool Read(int variable, int stored, Plot_Buffers& buffers) const {
@@ -377,6 +388,31 @@ TEST(frmRes, ADraggedRectangleZoomsAndPicksAreMadeShownAndResetOnQuestion) {
   EXPECT_EQ(f.host.questions[1], Reset_Points_Question);
   EXPECT_TRUE(w.State().LineCutActive);
   EXPECT_EQ(w.State().HistoryPoints.count(), 0);
+}
+
+TEST(frmRes, SelectLoadsTheChosenRunOfTheRunSet) {
+  Viewer f;
+  f.runs = 2;
+  ASSERT_TRUE(f.Open());
+  frmRes& w = *f.form;
+  const Project& p = f.project;
+  ASSERT_EQ(Number_Of_Runs(p), 2);
+  EXPECT_TRUE(w.Tool("Select")->isEnabled());
+  w.Toolbar_Click("Forward");
+  w.Toolbar_Click("Select");
+  ASSERT_EQ(w.A->List_Runs->count(), 2);
+  for (int r = 1; r <= 2; ++r)
+    EXPECT_EQ(w.A->List_Runs->item(r - 1)->text().toStdString(), p.Material[p.Run_Material[r]].Name);
+  EXPECT_EQ(w.A->List_Runs->currentRow(), 0);
+  w.A->List_Runs->setCurrentRow(1);
+  QTest::mouseClick(w.A->Apply_Run, Qt::LeftButton);
+  EXPECT_EQ(w.State().CurrentRun, 2);
+  EXPECT_EQ(w.State().CurrentStored, 2);  // the step is kept
+  // The index now shown is the second run's file, which differs from the first's.
+  const Run_Index first = f.Index(p.Result_Names[1]), second = f.Index(p.Result_Names[2]);
+  EXPECT_NE(first.Extremes[1].PeriodMax, second.Extremes[1].PeriodMax);
+  EXPECT_EQ(w.State().Index.Extremes[1].PeriodMax, second.Extremes[1].PeriodMax);
+  EXPECT_EQ(w.Page_Of(1)->Label_Maximum->text().toStdString(), Extreme_Labels_Of(second, 1, true).Maximum);
 }
 
 TEST(frmRes, AScaleMinimumAboveTheMaximumIsRefusedAndAGoodOneRedraws) {
