@@ -52,6 +52,7 @@ struct Computed_Example {
     p.Result_File_Name = "WALL.RES";
     p.Run_Material.resize(0);
     if (runs == 2) {  // the material of the first element, and another one in its place
+      p.Replace_Material = True_Flag;
       int first = 1;
       for (int m = 1; m <= p.Material.count(); ++m)
         if (p.Material[m].Name == p.Mesh_Element[1].Material) first = m;
