@@ -183,6 +183,11 @@ TEST(Viewer_Texts, TitlesUnitsAndPageLabels) {
     EXPECT_EQ(Check_Number(Scale_Box_Text(v), false, &message), v) << Scale_Box_Text(v);
     EXPECT_EQ(message, "");
   }
+  // A value read from the files in single precision shows the digits of single precision, and
+  // reads back to the same single.
+  const double stored = static_cast<double>(65.00245f);
+  EXPECT_EQ(Scale_Box_Text(stored), "65.00245");
+  EXPECT_EQ(static_cast<float>(Check_Number(Scale_Box_Text(stored), false, nullptr)), 65.00245f);
 }
 
 }  // namespace
