@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -37,6 +38,31 @@ QString Label_Number(double value) {
 
 }  // namespace
 
+QPolygonF Screen_Polyline(const std::vector<Graph_Point>& curve, double sx, double sy) {
+  // A long run has far more rows than the graph has pixel columns. Within one column only the
+  // first, lowest, highest and last points can be seen, so the line keeps those: the picture is
+  // the same, and its cost follows the graph's width instead of the number of steps.
+  QPolygonF line;
+  line.reserve(static_cast<qsizetype>(std::min<std::size_t>(curve.size(), 4096)));
+  std::size_t i = 0;
+  while (i < curve.size()) {
+    const long column = std::lround(curve[i].x * sx);
+    std::size_t end = i + 1;
+    std::size_t low = i, high = i;
+    while (end < curve.size() && std::lround(curve[end].x * sx) == column) {
+      if (curve[end].y < curve[low].y) low = end;
+      if (curve[end].y > curve[high].y) high = end;
+      ++end;
+    }
+    std::size_t keep[4] = {i, std::min(low, high), std::max(low, high), end - 1};
+    for (int k = 0; k < 4; ++k)
+      if (k == 0 || keep[k] != keep[k - 1])
+        line.append(QPointF(curve[keep[k]].x * sx, curve[keep[k]].y * sy));
+    i = end;
+  }
+  return line;
+}
+
 void Diagnostic_Graph::Set_Curves(std::vector<Graph_Point> maximum, std::vector<Graph_Point> minimum) {
   maximum_ = std::move(maximum);
   minimum_ = std::move(minimum);
@@ -59,12 +85,8 @@ void Diagnostic_Graph::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing, true);
   auto draw = [&](const std::vector<Graph_Point>& curve, const QColor& colour) {
     if (curve.size() < 2) return;
-    QPolygonF line;
-    line.reserve(static_cast<qsizetype>(curve.size()));
-    for (const Graph_Point& point : curve)
-      line.append(QPointF(point.x * sx, point.y * sy));
     painter.setPen(QPen(colour, 1.5));
-    painter.drawPolyline(line);
+    painter.drawPolyline(Screen_Polyline(curve, sx, sy));
   };
   draw(maximum_, Maximum_Colour);
   draw(minimum_, Minimum_Colour);
@@ -124,7 +146,14 @@ frmDiag::frmDiag(Gui_Context& context, QWidget* parent) : Work_Form_Widget(paren
   Label_Storages->setObjectName("Label_Storages");
   Label_Iterations = new QLabel(this);
   Label_Iterations->setObjectName("Label_Iterations");
-  for (QLabel* label : {Label_Step, Label_Storages, Label_Iterations})
+  Label_Outcome = new QLabel(this);
+  Label_Outcome->setObjectName("Label_Outcome");
+  Label_Messages = new QLabel(this);
+  Label_Messages->setObjectName("Label_Messages");
+  Label_Messages->setWordWrap(true);
+  Label_Messages->setStyleSheet("color: rgb(160,0,0)");
+  Label_Messages->setMaximumWidth(260);
+  for (QLabel* label : {Label_Step, Label_Storages, Label_Iterations, Label_Outcome, Label_Messages})
     side->addWidget(label);
   side->addStretch();
   layout->addLayout(side);
@@ -198,6 +227,14 @@ void frmDiag::Form_Shown() {
     Combo1->addItem(QString::number(c));
   Combo1->blockSignals(false);
   Show_Button();
+  // The curves of the last run stay while its results stand (the window shown again, the units
+  // changed); once they were destroyed, or another project came in, the window starts empty.
+  if (context_.shell.State != Work_State::Computed || p.Project_File != run_project_) {
+    run_ = Run_State{};
+    last_row_ = 0;
+    for (QLabel* label : {Label_Step, Label_Storages, Label_Iterations, Label_Outcome, Label_Messages})
+      label->clear();
+  }
   Update_Diagnostics(last_row_);
 }
 
@@ -232,15 +269,21 @@ void frmDiag::Update_Diagnostics(int row) {
   const bool metric = p.Metric_Units != 0;
 
   const auto position = Place_Diagnostic_Graphs(Options());
-  for (QFrame* box : Graph_Box)
-    positions_->removeWidget(box);
+  // The boxes move only when the options change, not at every step.
+  const bool moved = !placed_once_ || position != placed_;
+  if (moved) {
+    placed_once_ = true;
+    for (QFrame* box : Graph_Box)
+      positions_->removeWidget(box);
+    placed_ = position;
+  }
   for (int g = 0; g < Diagnostic_Graph_Count; ++g) {
     const auto k = static_cast<std::size_t>(g);
     if (position[k] < 0) {
       Graph_Box[k]->hide();
       continue;
     }
-    positions_->addWidget(Graph_Box[k], position[k] / 2, position[k] % 2);
+    if (moved) positions_->addWidget(Graph_Box[k], position[k] / 2, position[k] % 2);
     Graph_Box[k]->show();
 
     const Field_Statistics& stats = run_.Statistics;
@@ -342,6 +385,7 @@ bool frmDiag::Run_Once() {
   Prepare_Run_Variants(p);
 
   run_ = Run_State{};
+  run_project_ = p.Project_File;
   run_.Mechanical_Included = Check2->isChecked();
   run_.Mechanical_Iteration_Limit = shell.Mechanical_Iteration_Limit;
   for (int i = 0; i < 3; ++i)
@@ -351,18 +395,58 @@ bool frmDiag::Run_Once() {
 
   bool written = false;
   Qt_Analysis_Host host(stop_, shell, this);
-  host.On_Message = [this](const std::string& text, Message_Kind) { context_.host.Show_Message(text); };
-  host.On_Step = [this](const Step_Report& r) {
+  Label_Outcome->clear();
+  Label_Messages->clear();
+  // Warnings of the run (what this version leaves out, elements without a material) are listed in
+  // the window, so that a run is not held up by a box at every start; faults still ask for an OK.
+  host.On_Message = [this](const std::string& text, Message_Kind kind) {
+    if (kind == Message_Kind::Warning) {
+      const QString line = QString::fromStdString(text);
+      if (!Label_Messages->text().contains(line))
+        Label_Messages->setText(Label_Messages->text().isEmpty() ? line
+                                                                 : Label_Messages->text() + "\n" + line);
+      return;
+    }
+    context_.host.Show_Message(text);
+  };
+  int steps = 0, done = 0;
+  QElapsedTimer drawn;
+  drawn.start();
+  host.On_Step = [&, this](const Step_Report& r) {
+    steps = r.steps;
+    done = r.step;
     Label_Step->setText(QString("Step %1 of %2").arg(r.step).arg(r.steps));
     Label_Storages->setText(QString("Number of data storages: %1").arg(r.storages));
     if (run_.Mechanical_Included)
       Label_Iterations->setText(QString("Number of iterations: %1").arg(r.mechanical_iterations));
     last_row_ = r.step + 1;
-    Update_Diagnostics(last_row_);
+    // The graphs are drawn again some twenty times a second at most; a fast run would otherwise
+    // spend its time on pictures that nobody can see.
+    if (r.step == r.steps || drawn.elapsed() >= Redraw_Interval_Ms) {
+      Update_Diagnostics(last_row_);
+      drawn.restart();
+    }
     if (Step_Observer) Step_Observer(r);
   };
   host.On_Variant = [&written](int, int, int storages) { written = written || storages > 0; };
   outcome_ = Run_Analysis(p, run_, host, Run_Directory(p, shell.Work_Directory), message);
+  Update_Diagnostics(last_row_);
+  switch (outcome_) {
+    case Run_Outcome::Completed:
+      Label_Outcome->setText("Computation completed.");
+      break;
+    case Run_Outcome::Stopped:
+      Label_Outcome->setText(QString("Computation stopped after step %1 of %2: the result files hold "
+                                     "the storages up to there.")
+                                 .arg(done)
+                                 .arg(steps));
+      break;
+    case Run_Outcome::Failed:
+      Label_Outcome->setText("Computation failed.");
+      break;
+  }
+  Label_Outcome->setWordWrap(true);
+  Label_Outcome->setMaximumWidth(260);
   return written;
 }
 

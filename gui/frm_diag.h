@@ -3,8 +3,10 @@
 // the chosen quantities show the extremes over the model against time.
 #pragma once
 
+#include <QPolygonF>
 #include <array>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "analysis/driver.h"
@@ -36,6 +38,11 @@ class Diagnostic_Graph : public QWidget {
  private:
   std::vector<Graph_Point> maximum_, minimum_;
 };
+
+inline constexpr int Redraw_Interval_Ms = 50;
+
+// The curve of a graph in widget pixels, thinned to what the pixel columns can show.
+QPolygonF Screen_Polyline(const std::vector<Graph_Point>& curve, double sx, double sy);
 
 class frmDiag : public Work_Form_Widget {
   Q_OBJECT
@@ -71,6 +78,8 @@ class frmDiag : public Work_Form_Widget {
   QLabel* Label_Step = nullptr;
   QLabel* Label_Storages = nullptr;
   QLabel* Label_Iterations = nullptr;
+  QLabel* Label_Outcome = nullptr;   // how the last run ended
+  QLabel* Label_Messages = nullptr;  // the warnings of the last run
   std::array<QFrame*, Diagnostic_Graph_Count> Graph_Box{};
   std::array<Diagnostic_Graph*, Diagnostic_Graph_Count> Picture1{};
   std::array<QLabel*, Diagnostic_Graph_Count> Label5{}, Label7{}, Label8{}, Label9{};
@@ -96,6 +105,9 @@ class frmDiag : public Work_Form_Widget {
   Run_State run_;
   Run_Outcome outcome_ = Run_Outcome::Completed;
   QGridLayout* positions_ = nullptr;
+  std::array<int, Diagnostic_Graph_Count> placed_{};  // the positions the boxes stand at
+  bool placed_once_ = false;
+  std::string run_project_;  // the project file of the last run
 };
 
 }  // namespace pvx

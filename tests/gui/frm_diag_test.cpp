@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <map>
+
 #include <QCheckBox>
 #include <QFrame>
 #include <QGroupBox>
@@ -162,6 +165,12 @@ TEST(frmDiag, TheExampleRunsToTheEndFromTheButton) {
       w.Label7[0]->text(),
       "max " + QString::fromStdString(Format_Number(temperature.PeriodMax * 1.8 + 32, 16, 2)).trimmed());
   EXPECT_EQ(static_cast<int>(w.Picture1[0]->Maximum_Curve().size()), steps + 1);
+
+  // Once the results are destroyed (the state goes back to Run set) the window opens empty.
+  f.shell.State = Work_State::Run_Set;
+  w.Form_Shown();
+  EXPECT_TRUE(w.Picture1[0]->Maximum_Curve().empty());
+  EXPECT_TRUE(w.Label_Step->text().isEmpty());
 }
 
 TEST(frmDiag, StopFromTheButtonDuringTheRunThenAStartRunsAgainToTheEnd) {
@@ -184,6 +193,7 @@ TEST(frmDiag, StopFromTheButtonDuringTheRunThenAStartRunsAgainToTheEnd) {
   EXPECT_EQ(Storage_Count(index), f.Storages_Up_To(done));
   EXPECT_EQ(static_cast<int>(w.Picture1[0]->Maximum_Curve().size()), done + 1);
   EXPECT_EQ(f.state_changes, 1);
+  EXPECT_TRUE(w.Label_Outcome->text().startsWith(QString("Computation stopped after step %1 of").arg(done)));
 
   // A new press starts from the beginning and runs to the end.
   f.reports.clear();
@@ -237,12 +247,41 @@ TEST(frmDiag, MessagesOfTheRunAndAMissingResultNameReachTheUser) {
   f.Press();
   EXPECT_EQ(f.project.Result_File_Name, f.dir.file("OTHER.RES"));
   EXPECT_EQ(static_cast<int>(f.reports.size()), 4);
-  bool told = false;
+  // The warning stands in the window; it does not hold the run up with a box.
+  EXPECT_TRUE(f.form->Label_Messages->text().contains("not in the database"));
   for (const std::string& m : f.host.messages)
-    told = told || m.find("not in the database") != std::string::npos;
-  EXPECT_TRUE(told);
+    EXPECT_EQ(m.find("not in the database"), std::string::npos) << m;
+  EXPECT_EQ(f.form->Label_Outcome->text(), "Computation completed.");
   EXPECT_TRUE(std::filesystem::exists(f.dir.file("OTHER.RES")));
   EXPECT_EQ(f.shell.State, Work_State::Computed);
+}
+
+// A run of many steps draws its curves with a few points per pixel column, and no extreme of a
+// column is lost.
+TEST(Diagnostic_Graph, LongCurvesKeepTheExtremesOfEveryPixelColumn) {
+  std::vector<Graph_Point> curve;
+  const int rows = 20000;
+  for (int i = 0; i < rows; ++i)
+    curve.push_back({2200.0 * i / (rows - 1), 750 + 700 * std::sin(i * 0.37)});
+  const double sx = 199.0 / 2200, sy = 0.1;
+  const QPolygonF line = Screen_Polyline(curve, sx, sy);
+  EXPECT_LE(line.size(), 4 * 200);
+  EXPECT_EQ(line.front(), QPointF(curve.front().x * sx, curve.front().y * sy));
+  EXPECT_EQ(line.back(), QPointF(curve.back().x * sx, curve.back().y * sy));
+  // Per column, the lowest and highest of the full curve are in the thinned one.
+  std::map<long, std::pair<double, double>> full, thin;
+  auto add = [](std::map<long, std::pair<double, double>>& m, double x, double y) {
+    auto [it, fresh] = m.try_emplace(std::lround(x), y, y);
+    if (!fresh) it->second = {std::min(it->second.first, y), std::max(it->second.second, y)};
+  };
+  for (const Graph_Point& p : curve)
+    add(full, p.x * sx, p.y * sy);
+  for (const QPointF& p : line)
+    add(thin, p.x(), p.y());
+  EXPECT_EQ(full, thin);
+  // A short curve stays as it is.
+  const std::vector<Graph_Point> few = {{0, 100}, {1100, 200}, {2200, 50}};
+  EXPECT_EQ(Screen_Polyline(few, sx, sy).size(), 3);
 }
 
 }  // namespace
