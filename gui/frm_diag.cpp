@@ -412,17 +412,22 @@ bool frmDiag::Run_Once() {
   int steps = 0, done = 0;
   QElapsedTimer drawn;
   drawn.start();
-  host.On_Step = [&, this](const Step_Report& r) {
-    steps = r.steps;
-    done = r.step;
+  Step_Report last;
+  auto show_step = [this](const Step_Report& r) {
     Label_Step->setText(QString("Step %1 of %2").arg(r.step).arg(r.steps));
     Label_Storages->setText(QString("Number of data storages: %1").arg(r.storages));
     if (run_.Mechanical_Included)
       Label_Iterations->setText(QString("Number of iterations: %1").arg(r.mechanical_iterations));
+  };
+  host.On_Step = [&, this](const Step_Report& r) {
+    steps = r.steps;
+    done = r.step;
+    last = r;
     last_row_ = r.step + 1;
-    // The graphs are drawn again some twenty times a second at most; a fast run would otherwise
-    // spend its time on pictures that nobody can see.
+    // Labels and graphs are drawn again some twenty times a second at most; a fast run would
+    // otherwise spend its time on pictures that nobody can see.
     if (r.step == r.steps || drawn.elapsed() >= Redraw_Interval_Ms) {
+      show_step(r);
       Update_Diagnostics(last_row_);
       drawn.restart();
     }
@@ -430,6 +435,7 @@ bool frmDiag::Run_Once() {
   };
   host.On_Variant = [&written](int, int, int storages) { written = written || storages > 0; };
   outcome_ = Run_Analysis(p, run_, host, Run_Directory(p, shell.Work_Directory), message);
+  if (done > 0) show_step(last);
   Update_Diagnostics(last_row_);
   switch (outcome_) {
     case Run_Outcome::Completed:

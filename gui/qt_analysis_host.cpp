@@ -8,6 +8,9 @@
 namespace pvx {
 
 void Qt_Analysis_Host::Pump_Events() {
+  if (!step_pump_due_ && since_pump_.elapsed() < Pump_Interval_Ms) return;
+  step_pump_due_ = false;
+  since_pump_.restart();
   QCoreApplication::processEvents();
 }
 
@@ -40,6 +43,7 @@ bool Qt_Analysis_Host::Ask_More_Iterations(int iterations, int& iteration_limit,
 }
 
 void Qt_Analysis_Host::Report_Step(const Step_Report& report) {
+  step_pump_due_ = true;
   if (On_Step) On_Step(report);
 }
 

@@ -3,6 +3,7 @@
 // dialog), so the window stays alive without a second thread.
 #pragma once
 
+#include <QElapsedTimer>
 #include <functional>
 #include <string>
 
@@ -13,12 +14,16 @@ class QWidget;
 
 namespace pvx {
 
+inline constexpr int Pump_Interval_Ms = 10;
+
 class Qt_Analysis_Host : public Analysis_Host {
  public:
   // `stop` is the flag that the stop button sets; the iteration settings changed in the dialog go
   // to `settings` as well, so that the next run starts with them.
   Qt_Analysis_Host(const bool& stop, Shell& settings, QWidget* dialog_parent)
-      : stop_(stop), settings_(settings), dialog_parent_(dialog_parent) {}
+      : stop_(stop), settings_(settings), dialog_parent_(dialog_parent) {
+    since_pump_.start();
+  }
 
   void Pump_Events() override;
   void Show_Message(const std::string& text, Message_Kind kind) override;
@@ -38,6 +43,12 @@ class Qt_Analysis_Host : public Analysis_Host {
   const bool& stop_;
   Shell& settings_;
   QWidget* dialog_parent_;
+  // The analysis pumps at every step and at every matrix column of a factorisation. The first
+  // pump after a step always lets Qt run (so a stop takes effect at the next step); the others
+  // only when some milliseconds have passed, since asking the window system thousands of times a
+  // step for nothing would cost more than the computation.
+  bool step_pump_due_ = true;
+  QElapsedTimer since_pump_;
 };
 
 }  // namespace pvx
