@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "draw/qt_surface.h"
+#include "mesh/macro_joints.h"
 #include "mesh/mesh_panel.h"
 #include "mesh/pick.h"
 #include "mesh/pipe_holes.h"
@@ -178,6 +179,11 @@ void frmGenMesh::Form_Shown() {
     context_.project.Project_Saved = False_Flag;
     context_.state_changed();
   }
+  // Macros that touch without sharing corners give meshes that are not joined: say so before
+  // the user cuts and computes.
+  if (const std::string joints = Unjoined_Nodes_Message(Find_Unjoined_Nodes(context_.project));
+      !joints.empty())
+    context_.host.Show_Message(joints);
 }
 
 void frmGenMesh::Redraw() {

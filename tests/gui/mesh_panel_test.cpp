@@ -459,3 +459,34 @@ TEST(MeshPanel, TheExampleWallIsCutThroughSlabAndWall) {
 
 }  // namespace
 }  // namespace pvx
+
+namespace pvx {
+namespace {
+
+// A wall drawn on the slab's top side without sharing its corners: the panel says so when it opens.
+TEST(MeshPanel, OpeningTellsOfMacrosThatTouchWithoutSharingCorners) {
+  Panel w;
+  One_Macro(w.project);
+  w.Open();
+  EXPECT_TRUE(w.host.messages.empty());
+
+  Add_Node(w.project, 300, 600);
+  Add_Node(w.project, 700, 600);
+  Add_Node(w.project, 700, 1000);
+  Add_Node(w.project, 300, 1000);
+  Macro wall;
+  static_cast<Macro_Values&>(wall) = w.project.Macro_Defaults;
+  wall.Material = "C30/37";
+  wall.Corner = {{5, 6, 7, 8}};
+  w.project.Macro.add(wall);
+  w.project.Mesh_Element.clear();
+  w.project.Mesh_Node.clear();
+  w.form->Form_Shown();
+  ASSERT_EQ(w.host.messages.size(), 1u);
+  EXPECT_EQ(w.host.messages[0].rfind("Node 5 lies on side 3 of macro 1 without being one of its corners", 0),
+            0u)
+      << w.host.messages[0];
+}
+
+}  // namespace
+}  // namespace pvx
