@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
+#include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -492,7 +493,16 @@ bool mdiPVX::Refused_During_Run() {
 
 void mdiPVX::Project_Menu(int index) {
   if (Refused_During_Run()) return;
+  const bool saving = index == 3 || index == 4;
+  const Flag was_saved = project_.Project_Saved;
+  if (saving) project_.Project_Saved = False_Flag;
   mnuProject_Click(index, project_, shell_, *host_, store_);
+  // A save is silent otherwise: the status bar says where it went. A save that did not happen
+  // (the chooser cancelled) leaves the saved state as it was.
+  if (saving && project_.Project_Saved != False_Flag)
+    statusBar()->showMessage(QString("Saved %1").arg(QString::fromStdString(project_.Project_File)), 8000);
+  else if (saving)
+    project_.Project_Saved = was_saved;
   Refresh();
 }
 

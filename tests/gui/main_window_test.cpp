@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -145,6 +146,7 @@ TEST(MainWindow, SaveAsWritesAFileThatReadsBackEqual) {
   ASSERT_TRUE(fs::exists(copy));
   EXPECT_EQ(p.Project_File, copy);
   EXPECT_EQ(p.Project_Saved, True_Flag);
+  EXPECT_EQ(desk.window->statusBar()->currentMessage().toStdString(), "Saved " + copy);
   EXPECT_EQ(desk.window->windowTitle().toStdString(),
             p.Material_Database_Path + " - " + copy + " - KIVA version 8.6.2");
   Project back;
