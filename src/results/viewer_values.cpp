@@ -287,11 +287,9 @@ Extreme_Labels Extreme_Labels_Of(const Run_Index& index, int variable, bool metr
 
 std::string Scale_Box_Text(double value) {
   char text[64];
-  // The extremes are written to the result files in single precision: such a value is shown with
-  // the digits single precision holds (65.00245, not 65.00244552467068).
-  const float single = static_cast<float>(value);
-  const auto result = static_cast<double>(single) == value ? std::to_chars(text, text + sizeof text, single)
-                                                           : std::to_chars(text, text + sizeof text, value);
+  // The results are stored in single precision, so a scale value has no more digits worth
+  // showing than single precision holds (65.00245, not 65.00244552467068).
+  const auto result = std::to_chars(text, text + sizeof text, static_cast<float>(value));
   return std::string(text, result.ptr);
 }
 
