@@ -178,6 +178,11 @@ void frmDesign::Build_Controls() {
   position_label_ = new QLabel(this);
   position_label_->setObjectName("Position");
   root->addWidget(position_label_);
+  hint_label_ = new QLabel(this);
+  hint_label_->setObjectName("Hint");
+  hint_label_->setStyleSheet("color: rgb(160,0,0)");
+  hint_label_->setWordWrap(true);
+  root->addWidget(hint_label_);
 
   modes_->button(static_cast<int>(panel_.Mode))->setChecked(true);
   Update_Caption();
@@ -491,12 +496,15 @@ void frmDesign::Left_Press() {
       if (panel_.Polygon_Nodes.empty()) {
         Closest_Node(p, panel_);
         if (!Node_Selected(p, panel_) && Macro_At(p, Pointer_X(panel_), Pointer_Y(panel_)) != 0) {
-          Beep();
+          Refuse_Corner();
           break;
         }
         if (!Begin_Edit()) break;  // one undo step for the whole macro
       }
-      if (Macro_Mouse_Down(p, panel_) == Macro_Click::Inside_Macro) Beep();
+      if (Macro_Mouse_Down(p, panel_) == Macro_Click::Inside_Macro)
+        Refuse_Corner();
+      else
+        hint_label_->clear();
       End_Edit();
       break;
     case Design_Mode::Cooling:
@@ -819,6 +827,12 @@ void frmDesign::keyPressEvent(QKeyEvent* event) {
   } else {
     Work_Form_Widget::keyPressEvent(event);
   }
+}
+
+void frmDesign::Refuse_Corner() {
+  Beep();
+  // A silent refusal leaves the user guessing; the usual case is a wall drawn onto a slab's side.
+  hint_label_->setText(Corner_Refused_Hint);
 }
 
 }  // namespace pvx

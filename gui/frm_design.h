@@ -21,6 +21,11 @@ class QButtonGroup;
 
 namespace pvx {
 
+inline constexpr const char* Corner_Refused_Hint =
+    "A macro corner cannot lie inside another macro or within one of its sides: click an existing node "
+    "or a free point. To stand a macro on a side, draw the other macro as two, so that the point is "
+    "one of their corners.";
+
 class frmDesign;
 class frmGraf;
 
@@ -94,6 +99,7 @@ class frmDesign : public Work_Form_Widget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void Refuse_Corner();
   void Build_Controls();
   void Update_Scale();
   void Track_Pointer(QPointF pixel);
@@ -122,6 +128,7 @@ class frmDesign : public Work_Form_Widget {
   frmDesign_Picture* picture_ = nullptr;
   QLabel* caption_label_ = nullptr;
   QLabel* position_label_ = nullptr;
+  QLabel* hint_label_ = nullptr;  // why the last click did nothing
   QButtonGroup* modes_ = nullptr;
   frmGraf* graf_ = nullptr;
 

@@ -386,3 +386,26 @@ TEST_F(Design_Fixture, A_Project_Made_Anew_Takes_No_Undo_Copies_Of_The_Old_One) 
 
 }  // namespace
 }  // namespace pvx
+
+namespace pvx {
+namespace {
+
+// A corner clicked on another macro's side is refused, and the panel says why.
+TEST_F(Design_Fixture, A_Corner_On_Another_Macros_Side_Is_Refused_With_A_Hint) {
+  auto form = Make_Form();
+  Choose_Mode(*form, Design_Mode::Macros);
+  for (auto [x, y] : {std::pair{100.0, 100.0}, {900.0, 100.0}, {900.0, 400.0}, {100.0, 400.0}})
+    Click(*form, x, y);
+  ASSERT_EQ(project.Macro.count(), 1);
+  auto* hint = form->findChild<QLabel*>("Hint");
+  ASSERT_NE(hint, nullptr);
+  EXPECT_TRUE(hint->text().isEmpty());
+  Click(*form, 400, 400);  // within the top side, not a corner
+  EXPECT_EQ(Node_Count(project), 4);
+  EXPECT_EQ(hint->text(), Corner_Refused_Hint);
+  Click(*form, 100, 400);  // an existing corner is taken, and the hint goes
+  EXPECT_TRUE(hint->text().isEmpty());
+}
+
+}  // namespace
+}  // namespace pvx
