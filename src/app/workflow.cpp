@@ -352,7 +352,10 @@ void Toolbar1_ButtonClick(const std::string& key, Project& p, Shell& shell, Shel
       break;
     case B::Compute: {
       // Without a mesh there is nothing to compute.
-      if (p.Mesh_Element.count() == 0) break;
+      if (p.Mesh_Element.count() == 0) {
+        host.Show_Message(No_Mesh_To_Compute);
+        break;
+      }
       Destroy_Output(shell, host, ok);
       if (!ok) break;
       host.Set_Work_Caption(Start_Computations_Caption);

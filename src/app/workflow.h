@@ -53,6 +53,7 @@ inline constexpr const char* Select_Project_Title = "Select project";
 inline constexpr const char* Save_Project_Title = "Save project as";
 inline constexpr const char* Project_Filter = "Alle Files (*.*)|*.*|Projekten(*.PVX)|*.PVX|";
 inline constexpr const char* Design_Panel_Caption = "Design panel";
+inline constexpr const char* No_Mesh_To_Compute = "There is no mesh to compute: make one with Mesh first.";
 inline constexpr const char* Start_Computations_Caption = "Start computations";
 inline constexpr const char* Work_Directory_File = "workdir.tmp";
 // "Default Database = " + name + ". Is this correct ?"

@@ -140,6 +140,8 @@ TEST(Workflow_Commands, ComputeRebuildsThePrescribedDataAndOpensTheRunWindow) {
   shell.State = Work_State::Run_Set;
   Toolbar1_ButtonClick("Compute", p, shell, host, store);
   EXPECT_EQ(host.forms.size(), forms);
+  EXPECT_EQ(host.messages,
+            std::vector<std::string>{"There is no mesh to compute: make one with Mesh first."});
 }
 
 TEST(Workflow_Commands, ResultsThatCannotBeOpenedFallBackToTheDesign) {
