@@ -16,6 +16,7 @@
 #include <QTabWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <tuple>
 
 #include <algorithm>
 #include <cmath>
@@ -139,6 +140,15 @@ frmResA::frmResA(frmRes& form, QWidget* parent) : QWidget(parent) {
     const std::string k = key;
     action->setCheckable(k == "Movie" || k == "Linecut" || k == "History1");
     Tools[k] = action;
+  }
+  // History points and supports may also come from a file, as the tool tips describe.
+  for (const auto& [key, text, tip] :
+       {std::tuple{"ImportPoints", "Import points", Import_Points_Tip},
+        std::tuple{"ImportSupports", "Import supports", Import_Supports_Tip}}) {
+    QAction* action = Toolbar->addAction(text);
+    action->setObjectName(key);
+    action->setToolTip(tip);
+    Tools[key] = action;
   }
 
   auto* lists = new QHBoxLayout;
@@ -597,6 +607,23 @@ void frmRes::Toolbar_Click(const std::string& key) {
     return;
   } else if (key == "Reset") {
     Reset_Picks(state_, *host_);
+  } else if (key == "ImportPoints" || key == "ImportSupports") {
+    const bool points = key == "ImportPoints";
+    std::string path;
+    if (!context_.host.Choose_Open_File(points ? Import_Points_Title : Import_Supports_Title,
+                                        Import_File_Filter, path) ||
+        path.empty())
+      return;
+    const int added = points ? Import_History_Points(state_, context_.project, path, *host_)
+                             : Import_History_Supports(state_, context_.project, path, *host_);
+    if (added > 0) {
+      // What was read is shown as the picked points are: with the history button down.
+      state_.History_Button_Down = true;
+      if (QAction* history = Tool("History1")) {
+        const QSignalBlocker block(history);
+        history->setChecked(true);
+      }
+    }
   }
   reading_shown_ = false;
   Show_State();

@@ -164,9 +164,11 @@ TEST(frmRes, OpensOnTheTemperatureAndItsPictureShowsTheStoredValuesInTheirBands)
   auto* physics = qobject_cast<QTabWidget*>(w.B->SSTab1->currentWidget());
   ASSERT_NE(physics, nullptr);
   EXPECT_EQ(physics->tabText(physics->currentIndex()), "Temperature");
-  // The toolbar keys in order.
+  // The toolbar keys in order, then the two imports.
   const auto actions = w.A->Toolbar->actions();
-  ASSERT_EQ(actions.size(), 13);
+  ASSERT_EQ(actions.size(), 15);
+  EXPECT_EQ(actions[13]->objectName(), "ImportPoints");
+  EXPECT_EQ(actions[14]->objectName(), "ImportSupports");
   for (int i = 0; i < 13; ++i)
     EXPECT_EQ(actions[i]->text().toStdString(), Viewer_Toolbar_Keys[i]);
 
@@ -497,6 +499,44 @@ TEST(frmRes, StorePicWritesAJpegOfThePictureAndHidingClosesTheFamily) {
   w.show();
   w.Form_Shown();
   EXPECT_TRUE(w.Is_Open());
+}
+
+// History points read from a file land in the elements that hold them, and are shown.
+TEST(frmRes, HistoryPointsAreImportedFromAFile) {
+  Viewer f;
+  ASSERT_TRUE(f.Open());
+  frmRes& w = *f.form;
+  const Project& p = f.project;
+  const int e1 = 1, e2 = p.Mesh_Element.count();
+  double x[4], y[4], cx[2], cy[2];
+  int k = 0;
+  for (int e : {e1, e2}) {
+    ASSERT_TRUE(Element_Corners(p, e, x, y));
+    cx[k] = (x[0] + x[1] + x[2] + x[3]) / 4;
+    cy[k] = (y[0] + y[1] + y[2] + y[3]) / 4;
+    ++k;
+  }
+  const std::string path = f.Path("points.txt");
+  std::string text = "3\n";
+  text.append("1 ").append(std::to_string(cx[0])).append(" ").append(std::to_string(cy[0])).append("\n");
+  text.append("2 ").append(std::to_string(cx[1])).append(" ").append(std::to_string(cy[1])).append("\n");
+  text.append("3 -99999 -99999\n");  // in no element: dropped
+  test::Write_Text(path, text);
+  f.host.files.push_back(path);
+  w.Toolbar_Click("ImportPoints");
+  ASSERT_EQ(f.host.chooser_titles.back(), "Select file for history points");
+  ASSERT_EQ(w.State().HistoryPoints.count(), 2);
+  EXPECT_EQ(w.State().HistoryPoints[1].Element, e1);
+  EXPECT_EQ(w.State().HistoryPoints[2].Element, e2);
+  EXPECT_NEAR(w.State().HistoryPoints[2].X, cx[1], 1e-3);
+  EXPECT_TRUE(w.Tool("History1")->isChecked());
+
+  // A damaged file says so and adds nothing.
+  test::Write_Text(path, "2\n1 10 x\n");
+  f.host.files.push_back(path);
+  w.Toolbar_Click("ImportPoints");
+  EXPECT_EQ(w.State().HistoryPoints.count(), 2);
+  EXPECT_EQ(f.host.messages.back(), "Error in file");
 }
 
 }  // namespace
