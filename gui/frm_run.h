@@ -1,4 +1,4 @@
-// "Runtime Specifications": the period table of the run, the material variants and the iteration
+// The run settings window: the period table of the run, the material variants and the iteration
 // settings. A thin view over the schedule rules: each field is taken on Enter through its rule,
 // the Project changes as the rule says, and the fields are refilled from the Project.
 #pragma once
