@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <span>
 
 #include "analysis/thermal.h"
@@ -80,31 +81,68 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
   return f;
 }
 
+// How the temperature iteration of a step ended.
+enum class Thermal_Step { Settled, Singular, Stopped, Not_Settled };
+
 // The temperature iteration of one step: one factorisation, then passes on the right-hand side
-// until no temperature moves by more than 0.01 degrees. Returns false on a zero pivot.
-bool Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host& host, double dt, double t,
-                        std::string& message) {
+// until no temperature moves by more than 0.01 degrees. Every pass lets the host's events through,
+// so that a step that is slow to settle can still be stopped; a step that has not settled after
+// Max_Thermal_Passes passes, or whose temperatures are no longer numbers, ends with a message.
+Thermal_Step Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host& host, double dt, double t,
+                                std::string& message) {
   Assemble_Thermal_System(p, run, dt, t);
   bool ok = true;
   Factorise_Profile(run.Matrix, run.Equations, run.Numbering.Column_Pointer, ok, message,
                     [&host] { host.Pump_Events(); });
-  if (!ok) return false;
+  if (!ok) return Thermal_Step::Singular;
   run.Thermal_Passes = 0;
+  double largest = 0;
+  int worst = 0;
   do {
+    host.Pump_Events();
+    if (host.Stop_Requested()) run.Stop_Computations = true;
+    if (run.Stop_Computations) return Thermal_Step::Stopped;
+    if (run.Thermal_Passes == Max_Thermal_Passes) {
+      int node = 0;
+      for (int n = 1; n <= p.Mesh_Node.count() && node == 0; ++n)
+        if (Equation(run, n) == worst) node = n;
+      message = Not_Settled_Message(t, Max_Thermal_Passes, largest, node);
+      return Thermal_Step::Not_Settled;
+    }
     Set_Thermal_Load(p, run, dt, t);
     Solve_Profile(run.Matrix, run.Right_Hand_Side, run.Equations, run.Numbering.Column_Pointer);
     run.Thermal_Converged = true;
+    largest = 0;
+    worst = 0;
     for (int k = 1; k <= run.Equations; ++k) {
-      if (std::fabs(run.Right_Hand_Side[k] - run.Temperature_New[k]) > 0.01) run.Thermal_Converged = false;
+      const double change = std::fabs(run.Right_Hand_Side[k] - run.Temperature_New[k]);
+      // Written so that a temperature that is no number never counts as settled.
+      if (!(change <= 0.01)) {
+        run.Thermal_Converged = false;
+        if (!(change <= largest)) {
+          largest = change;
+          worst = k;
+        }
+      }
       run.Temperature_New[k] = run.Right_Hand_Side[k];
     }
     ++run.Thermal_Passes;
     // The water temperatures of cooling circuits follow here once circuits are computed.
   } while (!run.Thermal_Converged);
-  return true;
+  return Thermal_Step::Settled;
 }
 
 }  // namespace
+
+std::string Not_Settled_Message(double time, int passes, double change, int node) {
+  char text[320];
+  std::snprintf(
+      text, sizeof text,
+      "The temperatures of the step ending at %g hours did not settle within %d iterations (the last "
+      "one still changed node %d by %g degrees); the computation of this variant is ended.",
+      time, passes, node, change);
+  return text;
+}
 
 void Set_Initial_State(const Project& p, Run_State& run, int variant) {
   Project& writable = const_cast<Project&>(p);  // only the replacement flags are sized
@@ -246,8 +284,10 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
       run.Mid_Step_Time = step == 1 ? t * 0.5 : (previous + t) * 0.5;
       const double dt = step == 1 ? t : t - previous;
 
-      if (!Solve_Thermal_Step(p, run, host, dt, t, text)) {
-        // A singular model ends this variant only: the others still run.
+      const Thermal_Step thermal = Solve_Thermal_Step(p, run, host, dt, t, text);
+      if (thermal == Thermal_Step::Stopped) break;
+      if (thermal != Thermal_Step::Settled) {
+        // A singular model or a step that does not settle ends this variant only: the others still run.
         report(text, Message_Kind::Critical);
         run.Stop_Computations = false;
         variant_failed = true;

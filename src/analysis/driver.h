@@ -4,8 +4,8 @@
 // decision of what is stored when. For every material variant of the project it opens the result
 // family, sets the initial state, stores it, and walks the step table: per step the thermal
 // problem (one factorisation, then passes on the right-hand side until no temperature moves by
-// more than 0.01 degrees), then the moisture and mechanical problems, the end of the step, the
-// sampling of the extremes and, at a storage step, one storage of all fields.
+// more than 0.01 degrees, at most Max_Thermal_Passes times), then the moisture and mechanical problems, the
+// end of the step, the sampling of the extremes and, at a storage step, one storage of all fields.
 //
 // It runs in the caller's thread and reaches the caller only through the Analysis_Host.
 #pragma once
@@ -17,6 +17,14 @@
 #include "app/project.h"
 
 namespace pvx {
+
+// A step whose temperatures have not settled after this many passes ends its variant: the
+// iteration would otherwise go on for ever.
+inline constexpr int Max_Thermal_Passes = 1000;
+
+// The message of such a step: when it ends, how many passes ran and the mesh node whose
+// temperature still moved most in the last one, and by how much.
+std::string Not_Settled_Message(double time, int passes, double change, int node);
 
 enum class Run_Outcome {
   Completed,  // every variant ran to its last step

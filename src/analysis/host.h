@@ -1,7 +1,8 @@
 // The one way the analysis reaches whoever runs it: the desktop program, the batch tool or a test.
 //
 // The analysis runs in the caller's thread. It pumps the host's events at fixed places (before the
-// first step, at the top of each step, in each mechanical iteration, after each storage, once per
+// first step, at the top of each step, in every pass of the temperature iteration, in each mechanical
+// iteration, after each storage, once per
 // matrix column of a factorisation), so that a window stays alive and a stop request can reach the
 // run state. Every method has a do-nothing default: a host overrides what it needs.
 #pragma once
@@ -50,7 +51,8 @@ class Analysis_Host {
     (void)variants;
     (void)storages;
   }
-  // Whether the user asked to stop; read at the top of each step, as the stop button is.
+  // Whether the user asked to stop; read at the top of each step and in every pass of its
+  // temperature iteration.
   virtual bool Stop_Requested() { return false; }
 };
 

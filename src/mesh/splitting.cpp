@@ -155,23 +155,36 @@ bool Cut_Strip(Cut& cut, int element, int side) {
     to = r;
   }
 
-  // A strip round a hole comes back to where it started: its last node then lies on an earlier
-  // one and takes that node's place.
+  // A strip round a hole comes back to where it started: the nodes of its closing edge, the last
+  // n-1 appended, then lie on nodes of the first edge and take their places, so that the ring
+  // closes whole. A strip that does not close leaves its nodes as they are.
   const int last = p.Mesh_Node.count();
-  const int same =
-      Find_Node(p, cut.index, p.Mesh_Node[last].X, p.Mesh_Node[last].Y, Ring_Closure_Tolerance, last);
-  if (same != 0) {
+  std::vector<int> twin(static_cast<std::size_t>(n), 0);
+  int merged = 0;
+  for (int k = 0; k < n - 1 && last - k > cut.journal.nodes; ++k) {
+    const Mesh_Node& node = p.Mesh_Node[last - k];
+    const int same = Find_Node(p, cut.index, node.X, node.Y, Ring_Closure_Tolerance, last - k);
+    if (same == 0 || same > last - (n - 1)) break;
+    twin[static_cast<std::size_t>(k)] = same;
+    ++merged;
+  }
+  // Merged nodes come off the end of the node table, so only an unbroken run from the last node
+  // can go; a closing edge normally has a twin for every node.
+  if (merged > 0) {
+    const int first_merged = last - merged + 1;
     for (const int el : cut.journal.touched) {
       Mesh_Element& m = p.Mesh_Element[el];
       bool holds = false;
       int corners[4];
       for (int jj = 1; jj <= 4; ++jj) {
-        corners[jj - 1] = m.Corner[jj] == last ? same : m.Corner[jj];
-        holds = holds || m.Corner[jj] == last;
+        const int c = m.Corner[jj];
+        corners[jj - 1] = c >= first_merged ? twin[static_cast<std::size_t>(last - c)] : c;
+        holds = holds || c >= first_merged;
       }
       if (holds) Set_Element_Corners(p, cut.index, el, corners[0], corners[1], corners[2], corners[3]);
     }
-    Remove_Last_Node(p, cut.index);
+    for (int k = 0; k < merged; ++k)
+      Remove_Last_Node(p, cut.index);
   }
   return true;
 }
