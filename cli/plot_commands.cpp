@@ -36,6 +36,7 @@ struct Plot_Options {
   std::string size = "800x600";
   int variable = 0;
   int stored = 1;
+  bool at_max = false;
   bool imperial = false;
 };
 
@@ -174,11 +175,16 @@ int Plot(const Plot_Options& o, std::ostream& out, std::ostream& err) {
   s.CurrentVariable = static_cast<std::int16_t>(o.variable);
   if (!Load_Run(s, family, 1, host)) return Exit_Failure;
   const int storages = Storage_Count(s.Index);
-  if (o.stored < 1 || o.stored > storages) {
-    err << fmt::format("Stored step {} is not in the results (1 to {})\n", o.stored, storages);
+  // The stored step at which the variable reaches the largest value of the run, as the index
+  // found it while the run went on.
+  const int stored = o.at_max && o.variable >= 1 && o.variable <= Result_Variable_Count
+                         ? s.Index.Extremes[o.variable].StoredIndexOfMax
+                         : o.stored;
+  if (stored < 1 || stored > storages) {
+    err << fmt::format("Stored step {} is not in the results (1 to {})\n", stored, storages);
     return Exit_Failure;
   }
-  if (!Pick_Stored_Step(s, family, o.stored, host)) return Exit_Failure;
+  if (!Pick_Stored_Step(s, family, stored, host)) return Exit_Failure;
 
   Picture_State picture;
   Fit_Picture(picture, p, width, height);
@@ -208,13 +214,22 @@ void Add_Plot_Commands(CLI::App& app, int& status) {
   plot->add_option("RESULTS", o->path, "Result index file (.RES)")->required();
   plot->add_option("--var", o->variable, "Result variable (1 to 40; 30 to 34 interfaces, rebars)")
       ->required();
-  plot->add_option("--stored", o->stored, "Stored step (1 = initial state)")->required();
+  auto* stored = plot->add_option("--stored", o->stored, "Stored step (1 = initial state)");
+  plot->add_flag("--at-max", o->at_max, "Draw the stored step at which the variable is largest")
+      ->excludes(stored);
   plot->add_option("--png", o->png, "Picture file to write (.png; .jpg and .bmp too)");
   plot->add_option("--svg", o->svg, "SVG file to write");
   plot->add_option("--size", o->size, "Picture size in pixels, WIDTHxHEIGHT (default 800x600)");
   plot->add_option("--project", o->project, "Project file of the results (.PVX): its mesh and version");
   plot->add_flag("--imperial", o->imperial, "Show values in the English Imperial System");
-  plot->callback([&status, o] { status = Plot(*o, std::cout, std::cerr); });
+  plot->callback([&status, o, stored] {
+    if (!o->at_max && stored->count() == 0) {
+      std::cerr << "--stored or --at-max is required\n";
+      status = Exit_Failure;
+      return;
+    }
+    status = Plot(*o, std::cout, std::cerr);
+  });
 }
 
 }  // namespace pvx::cli

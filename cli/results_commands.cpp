@@ -31,6 +31,7 @@ struct Results_Options {
   bool json = false;
   bool csv = false;
   bool imperial = false;  // the unit system is a setting of the session, not of the project file
+  bool summary = false;
 };
 
 // One value of the record with where it lies. Empty optionals are printed as empty cells.
@@ -228,6 +229,90 @@ Record_Table Tabulate(const Project& p, const Result_Layout& layout, const Plot_
   return t;
 }
 
+// Where in the mesh a record takes its largest value: the row of the table that holds it, told as
+// "node 57 at (1500, 700) mm" or "element 12, corner 3 (node 40) at (...) mm".
+std::string Where_Largest(const Record_Table& t, bool imperial) {
+  const std::size_t value = t.columns.size() - 1;
+  const Row* best = nullptr;
+  for (const Row& r : t.rows)
+    if (r.cells[value] && (!best || *r.cells[value] > *best->cells[value])) best = &r;
+  if (!best) return "";
+  auto cell = [&](const char* name) -> std::optional<double> {
+    for (std::size_t c = 0; c < t.columns.size(); ++c)
+      if (t.columns[c] == name) return best->cells[c];
+    return std::nullopt;
+  };
+  std::string where;
+  if (cell("element")) {
+    where = fmt::format("element {}", Cell(cell("element")));
+    if (cell("corner"))
+      where += fmt::format(", corner {} (node {})", Cell(cell("corner")), Cell(cell("node")));
+  } else if (cell("node")) {
+    where = fmt::format("node {}", Cell(cell("node")));
+  }
+  if (cell("x") && cell("y"))
+    where += fmt::format(" at ({}, {}) {}", Cell(cell("x")), Cell(cell("y")), imperial ? "in" : "mm");
+  return where;
+}
+
+// The few figures a user looks at first: the size of the run, the highest and lowest temperature
+// with when and where, and, for a mechanical run, the largest ratio Szz/ft.
+int Show_Summary(const Results_Options& o, std::ostream& out, std::ostream& err) {
+  const std::string project_path = o.project.empty() ? Find_Project_Of(o.path) : o.project;
+  if (project_path.empty()) {
+    err << "A summary names places in the mesh of its project, and no single project beside the results "
+           "names them: give --project\n";
+    return Exit_Failure;
+  }
+  Project p;
+  if (!Open_Project(project_path, p, err)) return Exit_Failure;
+  Result_Family family;
+  family.Layout = Result_Layout_Of(p, p.Mechanical_Included != 0);
+  std::string message;
+  Run_Index index;
+  if (!Set_Output_Names(family, {o.path, o.path}, "", message) ||
+      !Open_All_Result_Sets(family, p.File_Version, message) ||
+      !Read_Run_Index(family, 1, p.File_Version, o.imperial, index, message)) {
+    err << message << "\n";
+    return Exit_Failure;
+  }
+  const int steps = Number_Of_Steps(index), storages = Storage_Count(index);
+  out << fmt::format("Results:   {}\n", o.path);
+  out << fmt::format("Steps:     {}{}\n", steps,
+                     steps > 0 ? fmt::format(", to {} hours", Number(index.Step_Time[steps])) : "");
+  out << fmt::format("Storages:  {}\n", storages);
+  struct Line {
+    const char* label;
+    int variable;
+    bool maximum;
+  };
+  const char* degrees = o.imperial ? "oF" : "oC";
+  for (const Line& line : {Line{"Highest temperature", 1, true}, Line{"Lowest temperature", 1, false},
+                           Line{"Largest Szz/ft", 19, true}}) {
+    const Extreme_Row& r = index.Extremes[line.variable];
+    const int stored = line.maximum ? r.StoredIndexOfMax : r.StoredIndexOfMin;
+    if (stored < 1 || stored > storages || !Slot_Exists(family.Layout, Slot_Of_Variable(line.variable)))
+      continue;
+    Plot_Buffers buffers;
+    Dimension_Plot_Buffers(family.Layout, buffers);
+    if (!Read_Result_Variable(family, 1, Slot_Of_Variable(line.variable), stored, line.variable, o.imperial,
+                              buffers, message)) {
+      err << message << "\n";
+      return Exit_Failure;
+    }
+    Record_Table t = Tabulate(p, family.Layout, buffers, line.variable, o.imperial);
+    if (!line.maximum)
+      for (Row& row : t.rows)
+        if (row.cells.back()) row.cells.back() = -*row.cells.back();
+    const double value = line.maximum ? r.PeriodMax : r.PeriodMin;
+    // The extremes are singles of the stored records: shown with the digits a single holds.
+    out << fmt::format("{}: {}{} at {} hours (stored step {}), {}\n", line.label, static_cast<float>(value),
+                       line.variable == 1 ? std::string(" ") + degrees : "",
+                       Number(index.Storage_Time[stored]), stored, Where_Largest(t, o.imperial));
+  }
+  return Exit_Ok;
+}
+
 int Show_Index(const Results_Options& o, std::ostream& out, std::ostream& err) {
   Run_Index index;
   std::string message;
@@ -345,13 +430,21 @@ void Add_Results_Commands(CLI::App& app, int& status) {
       ->needs(var);
   results->add_flag("--json", o->json, "Print as JSON");
   results->add_flag("--imperial", o->imperial, "Show values in the English Imperial System");
+  results
+      ->add_flag("--summary", o->summary,
+                 "Print only the run's size and its extremes that matter, with when and where")
+      ->excludes(var);
   results->callback([&status, o] {
     if (o->csv && o->json) {
       std::cerr << "--csv and --json exclude each other\n";
       status = Exit_Failure;
       return;
     }
-    status = o->variable != 0 ? Show_Record(*o, std::cout, std::cerr) : Show_Index(*o, std::cout, std::cerr);
+    if (o->summary)
+      status = Show_Summary(*o, std::cout, std::cerr);
+    else
+      status =
+          o->variable != 0 ? Show_Record(*o, std::cout, std::cerr) : Show_Index(*o, std::cout, std::cerr);
   });
 }
 

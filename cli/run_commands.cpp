@@ -4,6 +4,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <vector>
@@ -154,6 +155,12 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     interrupt_requested = false;
     auto previous = std::signal(SIGINT, On_Interrupt);
     const std::string work = Work_Directory_Of(o->project);
+    // A result family asked for in a folder that does not exist yet gets that folder.
+    if (!o->output.empty()) {
+      const std::filesystem::path target = std::filesystem::path(work) / o->output;
+      std::error_code ignored;
+      if (target.has_parent_path()) std::filesystem::create_directories(target.parent_path(), ignored);
+    }
     const Run_Outcome outcome = Run_Analysis(p, state, host, work, message);
     std::signal(SIGINT, previous);
     switch (outcome) {
