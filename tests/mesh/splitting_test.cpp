@@ -168,27 +168,8 @@ TEST(Splitting, RingRoundAHoleClosesOnItself) {
   test::Expect_Sound(p);
 }
 
-TEST(Splitting, RingInThreePartsMergesOnlyItsLastNode) {
-  // Only the last node of a ring is compared with the others: in three parts, the walk's first
-  // node on the closing edge stays a second node at the place of Q(1).
-  Project p = Ring();
-  Mesh_Session s;
-  std::string message;
-  ASSERT_TRUE(Make_Initial_Mesh(p, s, message));
-  ASSERT_TRUE(Splitting(p, s, 1, 2, Fractions({1.0 / 3, 2.0 / 3, 1}), message));
-  // 8 + 4 (first step) + 3 x 2 (walk) - 1 merged.
-  ASSERT_EQ(p.Mesh_Node.count(), 17);
-  ASSERT_EQ(p.Mesh_Element.count(), 12);
-  // Q(1) = node 10 at (100/3, 100/3); the walk's R(1) in the left element is node 17 there too,
-  // and R(2) (node 18) went into Q(2) = node 12.
-  EXPECT_NEAR(At(p, 10).X, 100.0 / 3, Eps);
-  EXPECT_NEAR(At(p, 17).X, 100.0 / 3, Eps);
-  EXPECT_NEAR(At(p, 17).Y, 100.0 / 3, Eps);
-  EXPECT_EQ(Corners(p, 4), (std::array<int, 4>{1, 17, 15, 7}));
-  EXPECT_EQ(Corners(p, 12), (std::array<int, 4>{12, 4, 8, 16}));
-  EXPECT_NEAR(test::Mesh_Area(p), 80000, 1e-6);
-}
-
+// A ring cut into more than two parts: tests/analysis/ring_heat_test.cpp (node count and heat
+// flowing round the closed ring).
 TEST(Splitting, ElementWithoutNeighboursMakesNElementsAnd2nMinus2Nodes) {
   for (int n = 2; n <= 7; ++n) {
     Project p = Row_Of_Three();
