@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -71,6 +72,17 @@ Side_Frame Design_Side(const Project& p, int a, int b) {
   return Make_Side_Frame(p.Node_X[a], p.Node_Y[a], p.Node_X[b], p.Node_Y[b]);
 }
 
+// A line support or load between mesh nodes that no element joins would act on nothing: it has no
+// thickness to turn its value into a force, and the run would go on as if it were not there.
+template <class Record>
+std::string Off_Element_Message(const char* plural, const char* singular, int entry, const Record& r,
+                                int mesh_a, int mesh_b) {
+  return std::string("Check ") + plural + " again. " + singular + " " + std::to_string(entry) +
+         ", from node " + std::to_string(r.Node_A) + " to node " + std::to_string(r.Node_B) +
+         ", does not lie on element sides: no element has a side between mesh nodes " +
+         std::to_string(mesh_a) + " and " + std::to_string(mesh_b);
+}
+
 // Appends prescribed nodes. A node is not added again when it already stands among the entries 1
 // to count-1; the last entry is deliberately not looked at, so a node may be doubled there, which
 // does no harm because the analysis takes the first match. The first position of every node is
@@ -99,39 +111,46 @@ class Prescribed_Builder {
   std::vector<int> first_;
 };
 
-// The first element, in element order, with positive thickness that has a side running from mesh
-// node a to mesh node b in that direction. Built once per transfer, so that many line supports on
-// a large mesh do not scan all elements for every segment.
+// The thickness at every element side, built once per transfer so that many line supports on a
+// large mesh do not scan all elements for every segment. A side counts in either direction: the
+// order of a line object's nodes sets which way its load or support acts, not which element carries
+// it. A side picked on the far one of two macros that share it, or a project written by a script,
+// names the nodes against the element's own order.
 class Side_Thickness_Index {
  public:
-  double Thickness(const Project& p, int a, int b) {
+  // False when no element has a side between mesh nodes a and b. Otherwise thickness is that of the
+  // first element, in element order, that has the side and a thickness above 0; 0 when none has.
+  bool Find(const Project& p, int a, int b, double& thickness) {
     if (!built_) Build(p);
-    const std::uint64_t key = Key(a, b);
-    auto it = std::lower_bound(entries_.begin(), entries_.end(), std::make_pair(key, 0));
-    if (it == entries_.end() || it->first != key) return 0;
-    return p.Mesh_Element[it->second].Thickness;
+    const auto it = thickness_.find(Key(a, b));
+    thickness = it == thickness_.end() ? 0 : it->second;
+    return it != thickness_.end();
   }
 
  private:
+  // The same key for both directions of a side.
   static std::uint64_t Key(int a, int b) {
-    return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(a)) << 32) | static_cast<std::uint32_t>(b);
+    const auto low = static_cast<std::uint32_t>(std::min(a, b));
+    const auto high = static_cast<std::uint32_t>(std::max(a, b));
+    return (static_cast<std::uint64_t>(low) << 32) | high;
   }
 
   void Build(const Project& p) {
     built_ = true;
-    entries_.reserve(static_cast<std::size_t>(p.Mesh_Element.count()) * 4);
+    thickness_.reserve(static_cast<std::size_t>(p.Mesh_Element.count()) * 4);
     for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
       const Mesh_Element& el = p.Mesh_Element[e];
-      if (!(el.Thickness > 0)) continue;
-      for (int k = 1; k <= 4; ++k)
-        entries_.emplace_back(Key(el.Corner[k], el.Corner[k % 4 + 1]), e);
+      const double t = el.Thickness > 0 ? el.Thickness : 0;
+      for (int k = 1; k <= 4; ++k) {
+        // Elements come in order, so the first with a thickness keeps the side.
+        double& side = thickness_.try_emplace(Key(el.Corner[k], el.Corner[k % 4 + 1]), 0.0).first->second;
+        if (side == 0) side = t;
+      }
     }
-    // Sorting by key and then element puts the first element of each side in front.
-    std::sort(entries_.begin(), entries_.end());
   }
 
   bool built_ = false;
-  std::vector<std::pair<std::uint64_t, int>> entries_;
+  std::unordered_map<std::uint64_t, double> thickness_;
 };
 
 // Thickness, or radius in the axisymmetric mode, at a local point of an element; 0 without one.
@@ -155,7 +174,8 @@ struct Segment {
   int node_a = 0, node_b = 0;
   double x = 0, y = 0;  // middle
   double length = 0;
-  double thickness = 0;  // or radius when axisymmetric
+  double thickness = 0;     // or radius when axisymmetric
+  bool on_element = false;  // some element has this side
 };
 
 class Segment_Maker {
@@ -185,8 +205,8 @@ class Segment_Maker {
       s.x = (na.X + nb.X) / 2;
       s.y = (na.Y + nb.Y) / 2;
       s.length = std::hypot(nb.X - na.X, nb.Y - na.Y);
-      s.thickness = axisymmetric ? (na.X + nb.X) / 2 + p_.Out_Of_Plane.Offset_Radius
-                                 : thickness_.Thickness(p_, s.node_a, s.node_b);
+      s.on_element = thickness_.Find(p_, s.node_a, s.node_b, s.thickness);
+      if (axisymmetric) s.thickness = (na.X + nb.X) / 2 + p_.Out_Of_Plane.Offset_Radius;
       segments_.push_back(s);
     }
     return segments_;
@@ -371,8 +391,14 @@ void Set_Prescribed_Data(Project& p, bool& ok, std::string& message) {
   }
 
   Segment_Maker segments(p);
-  for (const Support& line : p.Line_Support) {
+  for (int i = 1; i <= p.Line_Support.count(); ++i) {
+    const Support& line = p.Line_Support[i];
     for (const Segment& seg : segments.Along(line.Node_A, line.Node_B)) {
+      if (!seg.on_element) {
+        message = Off_Element_Message("line supports", "Line support", i, line, seg.node_a, seg.node_b);
+        ok = false;
+        return;
+      }
       Support s = line;
       s.Node_A = static_cast<std::int16_t>(seg.node_a);
       s.Node_B = static_cast<std::int16_t>(seg.node_b);
@@ -399,8 +425,14 @@ void Set_Prescribed_Data(Project& p, bool& ok, std::string& message) {
   }
 
   p.Mesh_Load.clear();
-  for (const Load& line : p.Line_Load) {
+  for (int i = 1; i <= p.Line_Load.count(); ++i) {
+    const Load& line = p.Line_Load[i];
     for (const Segment& seg : segments.Along(line.Node_A, line.Node_B)) {
+      if (!seg.on_element) {
+        message = Off_Element_Message("line loads", "Line load", i, line, seg.node_a, seg.node_b);
+        ok = false;
+        return;
+      }
       Load l = line;
       l.Node_A = static_cast<std::int16_t>(seg.node_a);
       l.Node_B = static_cast<std::int16_t>(seg.node_b);

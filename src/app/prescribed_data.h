@@ -20,7 +20,9 @@ namespace pvx {
 // Rebuilds `Prescribed_Node`, `Mesh_Support` and `Mesh_Load`, and places every `Point_T`, point
 // support and point load in its element. On return `ok` is true, or false with the message to show,
 // in which case the computation must not start. A point outside all elements gets element 0 and
-// thickness 0 without a message.
+// thickness 0 without a message. A line support or load takes, per mesh segment, the thickness of
+// the first element that has the segment as a side in either direction; a segment that is no
+// element's side stops the transfer with a message.
 void Set_Prescribed_Data(Project& p, bool& ok, std::string& message);
 
 // Finds the first element, in element order, that holds the point (x, y), limits included, and the

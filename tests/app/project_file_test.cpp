@@ -4,6 +4,7 @@
 
 #include <clocale>
 #include <filesystem>
+#include <functional>
 #include <locale>
 #include <random>
 
@@ -13,10 +14,16 @@
 namespace pvx {
 namespace {
 
+namespace fs = std::filesystem;
 using test::Read_Text;
 using test::Rich_Project;
 using test::Temp_Dir;
 using test::Write_Text;
+
+bool Parses(const std::string& text, Project& p, Read_Report& report) {
+  std::string database;
+  return Parse_Project_Text(text, p, database, report);
+}
 
 // What the reader must make of the rich project written in `version`: the parts that version
 // does not hold come out as the reader's rules say, independently of how the writer did it.
@@ -46,39 +53,64 @@ Project Expected_After_Read(const Project& written, int version) {
   return e;
 }
 
-TEST(Project_File, RichProjectRoundTripsInEveryVersion) {
+TEST(Project_File, RichProjectRoundTripsInEveryVersionAndAnyMixOfSeparators) {
   const Project rich = Rich_Project();
   for (int version = 100; version <= 109; ++version) {
     SCOPED_TRACE(version);
-    std::string text = Write_Project_Text(rich, version, "PVX-Concrete.txt");
+    const std::string text = Write_Project_Text(rich, version, "PVX-Concrete.txt");
     Project back;
-    std::string database;
     Read_Report report;
-    ASSERT_TRUE(Parse_Project_Text(text, back, database, report)) << report.detail;
-    EXPECT_EQ(database, "PVX-Concrete.txt");
-    const Project expected = Expected_After_Read(rich, version);
-    EXPECT_TRUE(back == expected);
-    // Field by field for a readable failure of the parts that change with the version.
-    EXPECT_EQ(back.Circ_Inner_Radius, expected.Circ_Inner_Radius);
-    EXPECT_EQ(back.Load_Functions.count(), expected.Load_Functions.count());
-    EXPECT_EQ(back.Point_Load.count(), expected.Point_Load.count());
-    EXPECT_EQ(back.Mesh_Support.count(), expected.Mesh_Support.count());
-    EXPECT_EQ(back.Mesh_Element[4].Dof, expected.Mesh_Element[4].Dof);
-    EXPECT_EQ(back.Material_Color.count(), expected.Material_Color.count());
-    EXPECT_EQ(back.Grid_X_Increment, 0.1 + 0.2);
-    EXPECT_EQ(back.Mouse_Radius, 0.1f);
+    ASSERT_TRUE(Parses(text, back, report)) << report.detail;
+    EXPECT_TRUE(back == Expected_After_Read(rich, version));
   }
+  // Values split by commas only, by bare line ends, and a version above 109 read as 109.
+  const std::string text = Write_Project_Text(rich, 109, "db.txt");
+  std::string one_line, unix_ends;
+  for (const char c : text) {
+    if (c == '\r') continue;
+    one_line += c == '\n' ? ',' : c;
+    unix_ends += c;
+  }
+  for (const std::string& variant : {one_line, unix_ends, "115" + text.substr(3)}) {
+    Project back;
+    Read_Report report;
+    ASSERT_TRUE(Parses(variant, back, report)) << report.detail;
+    Project expected = Expected_After_Read(rich, 109);
+    expected.File_Version = back.File_Version;
+    EXPECT_TRUE(back == expected);
+  }
+  // The example, read and written again, gives back its own bytes.
+  const std::string example = Read_Text(test::Source_Path("examples/WALL.PVX"));
+  Project p;
+  Read_Report report;
+  ASSERT_TRUE(Parses(example, p, report)) << report.detail;
+  EXPECT_EQ(Write_Project_Text(p, 109, "PVX-Concrete.txt"), example);
 }
 
-TEST(Project_File, WritingTwiceGivesTheSameText) {
-  const Project rich = Rich_Project();
-  std::string first = Write_Project_Text(rich, 109, "db.txt");
-  Project back;
-  std::string database;
-  Read_Report report;
-  ASSERT_TRUE(Parse_Project_Text(first, back, database, report));
-  back.Split_Position = rich.Split_Position;
-  EXPECT_EQ(Write_Project_Text(back, 109, database), first);
+struct Comma_Numpunct : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+};
+
+TEST(Project_File, NumbersAreWrittenShortestWithAPointInAnyLocale) {
+  // Both the C++ global locale and, where one is installed, the C locale write a comma here.
+  const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Comma_Numpunct));
+  const bool c_locale =
+      std::setlocale(LC_NUMERIC, "de_DE.UTF-8") || std::setlocale(LC_NUMERIC, "nl_NL.UTF-8");
+  Project p;
+  New_Project(p);
+  p.Project_Text[0] = "Wall, slab";
+  p.Grid_X_Increment = 0.1 + 0.2;  // needs 17 digits
+  p.Grid_Y_Increment = 2.5;
+  p.Snap_Size = 1e-8;
+  p.Mouse_Radius = 0.1f;  // a single with its own digits, not 0.10000000149011612
+  const std::string text = Write_Project_Text(p, 109, "db.txt");
+  std::locale::global(previous);
+  if (c_locale) std::setlocale(LC_NUMERIC, "C");
+  EXPECT_EQ(text.substr(0, 29), "109\r\n\"db.txt\"\r\n\"Wall, slab\"\r\n");
+  // Grid increments x and y; snap size and mouse radius.
+  EXPECT_NE(text.find("\r\n0.30000000000000004\r\n2.5\r\n"), std::string::npos);
+  EXPECT_NE(text.find("\r\n1E-08\r\n0.1\r\n"), std::string::npos);
+  EXPECT_EQ(text.find("2,5"), std::string::npos);
 }
 
 // A version-100 file typed by hand, value by value, so that the reader's order is checked
@@ -126,191 +158,83 @@ TEST(Project_File, HandWrittenVersion100FollowsTheOldLayout) {
   std::string database;
   Read_Report report;
   ASSERT_TRUE(Parse_Project_Text(Hand_Written_100, p, database, report)) << report.detail;
-  EXPECT_EQ(p.File_Version, 100);
   EXPECT_EQ(database, "C:\\data\\PVX2002.txt");
-  EXPECT_EQ(p.Circ_Inner_Radius, 750);
+  EXPECT_EQ(p.Circ_Inner_Radius, 750);  // not in the file
   EXPECT_EQ(p.Circ_Outer_Radius, 900);
-  EXPECT_EQ(p.Grid_Y_Increment, 50);
   EXPECT_EQ(p.Snap_Mode, 1);
   ASSERT_EQ(Node_Count(p), 4);
-  EXPECT_EQ(p.Node_X[3], 1000);
   EXPECT_EQ(p.Node_Y[3], 500);
   ASSERT_EQ(p.Macro.count(), 1);
-  EXPECT_EQ(p.Macro[1].Material, "Beton");
-  EXPECT_EQ(p.Macro[1].Dead_Weight_At, 1001);
-  EXPECT_EQ(p.Macro[1].Temperature, 20);
   EXPECT_EQ(p.Macro[1].Moisture_Content, 130);
-  EXPECT_EQ(p.Spring_Functions[1].Is_Piecewise, True_Flag);
   EXPECT_EQ(p.Spring_Functions[1].Point_Time[1], -1);
   EXPECT_EQ(p.Load_Functions.count(), 1);  // the new-project Load function stays
   ASSERT_EQ(p.Border.count(), 1);
   const Thermal_Period& t = p.Border[1].Thermal_Periods[1];
-  EXPECT_EQ(t.Convection_On, False_Flag);
   EXPECT_EQ(t.Convection_Coefficient, 0);  // the switch wins over the 21 in the file
   EXPECT_EQ(t.Es, 0.5);
   EXPECT_EQ(p.Border[1].Hygral_Periods[1].Transfer_Coefficient, 1e-8);
-  EXPECT_EQ(p.Mesh_Valid, True_Flag);
   EXPECT_EQ(p.Current_Node, 4);
   ASSERT_EQ(p.Mesh_Element.count(), 1);
   EXPECT_EQ(p.Mesh_Element[1].Dof, (Array1<std::int32_t, 8>{{1, 2, 3, 4, 5, 6, 7, 8}}));
   ASSERT_EQ(p.Mesh_Border.count(), 1);
-  EXPECT_EQ(p.Mesh_Border[1].Hygral_Active, True_Flag);
   EXPECT_EQ(p.Mesh_Border[1].Hygral_Periods.count(), 0);
   EXPECT_EQ(p.Mesh_Border[1].Thermal_Periods[1].Es, 0);  // radiation off
   EXPECT_EQ(p.Result_File_Name, "OLD.RES");
   ASSERT_EQ(Number_Of_Runs(p), 1);
   EXPECT_EQ(p.Run_Material[1], 2);
-  EXPECT_EQ(p.Point_Load.count(), 0);
-  EXPECT_EQ(p.Mesh_Support.count(), 0);
-  EXPECT_EQ(p.Material_Color.count(), 0);
 }
 
-TEST(Project_File, ValuesMayBeSplitByCommasOrLineEndsInAnyMix) {
-  const Project rich = Rich_Project();
-  std::string text = Write_Project_Text(rich, 109, "db.txt");
-  std::string one_line, unix_ends;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '\r') continue;
-    one_line += text[i] == '\n' ? ',' : text[i];
-    unix_ends += text[i];
-  }
-  for (const std::string* variant : {&one_line, &unix_ends}) {
-    Project back;
-    std::string database;
-    Read_Report report;
-    ASSERT_TRUE(Parse_Project_Text(*variant, back, database, report)) << report.detail;
-    EXPECT_TRUE(back == Expected_After_Read(rich, 109));
-  }
-}
-
-TEST(Project_File, VersionAbove109IsReadAs109) {
-  const Project rich = Rich_Project();
-  std::string text = Write_Project_Text(rich, 109, "db.txt");
-  text.replace(0, 3, "115");
-  Project back;
-  std::string database;
-  Read_Report report;
-  ASSERT_TRUE(Parse_Project_Text(text, back, database, report)) << report.detail;
-  EXPECT_EQ(back.Material_Color.count(), 3);
-  EXPECT_EQ(back.File_Version, 115);
-}
-
-struct Comma_Numpunct : std::numpunct<char> {
-  char do_decimal_point() const override { return ','; }
-};
-
-TEST(Project_File, NumbersAreWrittenWithAPointInAnyLocale) {
-  // Both the C++ global locale and, where one is installed, the C locale write a comma here.
-  const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Comma_Numpunct));
-  const bool c_locale =
-      std::setlocale(LC_NUMERIC, "de_DE.UTF-8") || std::setlocale(LC_NUMERIC, "nl_NL.UTF-8");
-  Project p;
-  New_Project(p);
-  p.Snap_Size = 2.5;
-  p.Mouse_Radius = 1.5f;
-  std::string text = Write_Project_Text(p, 109, "db.txt");
-  std::locale::global(previous);
-  if (c_locale) std::setlocale(LC_NUMERIC, "C");
-  EXPECT_NE(text.find("\r\n2.5\r\n1.5\r\n"), std::string::npos);
-  EXPECT_EQ(text.find("2,5"), std::string::npos);
-}
-
-TEST(Project_File, ShortestNumbersAndExponentsAsTheFormatWritesThem) {
-  Project p;
-  New_Project(p);
-  p.Reserved_Value_1 = 1e-8;
-  p.Reserved_Value_2 = 0.25;
-  p.Mouse_Radius = 0.1f;
-  std::string text = Write_Project_Text(p, 109, "db.txt");
-  EXPECT_NE(text.find("\r\n1E-08\r\n0.25\r\n"), std::string::npos);
-  EXPECT_NE(text.find("\r\n0.1\r\n"), std::string::npos);  // a single is written with its own digits
-}
-
-// --- Damaged files -----------------------------------------------------------------------------
-
-bool Parses(const std::string& text, Read_Report* out = nullptr) {
-  Project p;
-  std::string database;
-  Read_Report report;
-  bool ok = Parse_Project_Text(text, p, database, report);
-  if (out) *out = report;
-  return ok;
-}
-
-TEST(Project_File, EveryCutOfARealFileIsRefusedCleanly) {
-  const std::string text = Write_Project_Text(Rich_Project(), 109, "db.txt");
-  int refused = 0;
-  for (std::size_t cut = 0; cut < text.size(); cut += 3) {
-    Read_Report report;
-    if (!Parses(text.substr(0, cut), &report)) {
-      ++refused;
-      EXPECT_EQ(report.message, "File cannot be opened !");
-      EXPECT_FALSE(report.detail.empty());
-    }
-  }
-  // Only a cut inside the very last value can still read (as a shorter number or flag).
-  EXPECT_GE(refused, static_cast<int>(text.size() / 3) - 3);
-}
-
-TEST(Project_File, HostileCountsAndValuesAreRefused) {
+TEST(Project_File, ADamagedFileIsRefusedWithTheProgramsMessageAndTheOpenProjectStays) {
   const std::string good = Write_Project_Text(Rich_Project(), 109, "db.txt");
-  ASSERT_TRUE(Parses(good));
-  auto replace_line = [&](const std::string& from, const std::string& to) {
+  auto replaced = [&](const std::string& from, const std::string& to) {
     std::string t = good;
-    std::size_t k = t.find(from);
+    const std::size_t k = t.find(from);
     EXPECT_NE(k, std::string::npos) << from;
-    t.replace(k, from.size(), to);
-    return t;
+    return k == std::string::npos ? t : t.replace(k, from.size(), to);
   };
-  // Node count 6 stands after the grid block; make it huge, negative, or of the wrong kind.
-  const std::string nodes = "\r\n6\r\n100.25,";
-  EXPECT_FALSE(Parses(replace_line(nodes, "\r\n2000000000\r\n100.25,")));
-  EXPECT_FALSE(Parses(replace_line(nodes, "\r\n-6\r\n100.25,")));  // no nodes: the values behind misalign
-  EXPECT_FALSE(Parses(replace_line(nodes, "\r\n\"six\"\r\n100.25,")));
-  EXPECT_FALSE(Parses(replace_line(nodes, "\r\n6.5e300\r\n100.25,")));
-  // Macro count 2 behind the polygon: an i16 cannot hold 40000, and -1 is no count.
-  const std::string macros = "\r\n2\r\n\"C30/37 CEM I\"";
-  EXPECT_FALSE(Parses(replace_line(macros, "\r\n40000\r\n\"C30/37 CEM I\"")));
-  EXPECT_FALSE(Parses(replace_line(macros, "\r\n-1\r\n\"C30/37 CEM I\"")));
-  EXPECT_FALSE(Parses(replace_line(macros, "\r\n32767\r\n\"C30/37 CEM I\"")));
-  // A text that never closes.
-  EXPECT_FALSE(Parses(replace_line("\"Wall, slab and pipes\"", "\"Wall, slab and pipes")));
-  EXPECT_FALSE(Parses(""));
-  EXPECT_FALSE(Parses("109"));
-  EXPECT_FALSE(Parses(std::string(5000, ',')));
-  EXPECT_FALSE(Parses(std::string("109\r\n\"x\"\r\n") + std::string(100, '\0')));
-}
-
-TEST(Project_File, RandomDamageNeverCrashes) {
-  const std::string good = Write_Project_Text(Rich_Project(), 109, "db.txt");
-  std::mt19937 random(12345);
-  const char alphabet[] = "0123456789-,.\"#E\r\n TRUEFALS";
-  for (int trial = 0; trial < 400; ++trial) {
-    std::string t = good;
-    const int changes = 1 + static_cast<int>(random() % 4);
-    for (int c = 0; c < changes; ++c)
-      t[random() % t.size()] = alphabet[random() % (sizeof alphabet - 1)];
-    Read_Report report;
-    if (!Parses(t, &report)) {
-      EXPECT_EQ(report.message, "File cannot be opened !");
-    }
-  }
-}
-
-// --- Files on disk -----------------------------------------------------------------------------
-
-TEST(Project_File, AFailedReadLeavesTheOpenProjectUntouched) {
+  // The node count 6 stands behind the grid block, the macro count 2 behind the polygon.
+  const std::string nodes = "\r\n6\r\n100.25,", macros = "\r\n2\r\n\"C30/37 CEM I\"";
+  const std::pair<const char*, std::string> damaged[] = {
+      {"cut in half", good.substr(0, good.size() / 2)},
+      {"a huge node count", replaced(nodes, "\r\n2000000000\r\n100.25,")},
+      {"a negative node count", replaced(nodes, "\r\n-6\r\n100.25,")},
+      {"a text for a count", replaced(nodes, "\r\n\"six\"\r\n100.25,")},
+      {"a macro count beyond 16 bits", replaced(macros, "\r\n40000\r\n\"C30/37 CEM I\"")},
+      {"more macros than the file holds", replaced(macros, "\r\n32767\r\n\"C30/37 CEM I\"")},
+      {"an unclosed text", replaced("\"Wall, slab and pipes\"", "\"Wall, slab and pipes")},
+      {"empty", ""},
+      {"zero bytes", std::string("109\r\n\"x\"\r\n") + std::string(100, '\0')},
+  };
   Temp_Dir dir;
   Project open = Rich_Project();
+  open.Project_File = "open.PVX";
   const Project before = open;
   Read_Report report;
   EXPECT_FALSE(Read_Project(dir.file("missing.PVX"), dir.path().string(), open, report));
   EXPECT_EQ(report.message, "File cannot be opened !");
-  std::string text = Write_Project_Text(Rich_Project(), 109, "db.txt");
-  Write_Text(dir.file("cut.PVX"), text.substr(0, text.size() / 2));
-  EXPECT_FALSE(Read_Project(dir.file("cut.PVX"), dir.path().string(), open, report));
-  EXPECT_EQ(report.message, "File cannot be opened !");
+  for (const auto& [what, text] : damaged) {
+    SCOPED_TRACE(what);
+    Write_Text(dir.file("BAD.PVX"), text);
+    report = {};
+    EXPECT_FALSE(Read_Project(dir.file("BAD.PVX"), dir.path().string(), open, report));
+    EXPECT_EQ(report.message, "File cannot be opened !");
+    EXPECT_FALSE(report.detail.empty());
+  }
   EXPECT_TRUE(open == before);
+}
+
+TEST(Project_File, EveryCutOfAFileIsRefusedCleanly) {
+  const std::string text = Write_Project_Text(Rich_Project(), 109, "db.txt");
+  int refused = 0, cuts = 0;
+  for (std::size_t cut = 0; cut < text.size(); cut += 3, ++cuts) {
+    Project p;
+    Read_Report report;
+    const bool read = Parses(text.substr(0, cut), p, report);
+    refused += read ? 0 : 1;
+    EXPECT_EQ(report.message, read ? "" : "File cannot be opened !");
+  }
+  // Only a cut inside the very last value can still read (as a shorter number or flag).
+  EXPECT_GE(refused, cuts - 3);
 }
 
 TEST(Project_File, ReadingFindsTheDatabaseInTheWorkDirectoryAndNamesTheResults) {
@@ -322,13 +246,10 @@ TEST(Project_File, ReadingFindsTheDatabaseInTheWorkDirectoryAndNamesTheResults) 
   EXPECT_EQ(p.Material_Database_Path, (dir.path() / "PVX2003.txt").string());
   EXPECT_EQ(p.Project_File, dir.file("RICH.PVX"));
   EXPECT_EQ(p.Project_Saved, False_Flag);
-  ASSERT_EQ(p.Result_Names.size(), 3u);  // two runs: names 0, 1 and 2
-  EXPECT_EQ(p.Result_Names[0], "RICH.RES");
-  EXPECT_EQ(p.Result_Names[1], "RICH.RES");
-  EXPECT_EQ(p.Result_Names[2], "RICH2.RES");
+  EXPECT_EQ(p.Result_Names, (std::vector<std::string>{"RICH.RES", "RICH.RES", "RICH2.RES"}));  // two runs
 }
 
-TEST(Project_File, SaveReplacesTheFileWholeAndLeavesNoTemporary) {
+TEST(Project_File, SaveReplacesTheFileWholeOrKeepsThePreviousOne) {
   Temp_Dir dir;
   Write_Text(dir.file("db.txt"), "database");
   Project p = Rich_Project();
@@ -339,42 +260,26 @@ TEST(Project_File, SaveReplacesTheFileWholeAndLeavesNoTemporary) {
   ASSERT_TRUE(Save_Project(p, dir.path().string(), report)) << report.error;
   EXPECT_TRUE(report.messages.empty());
   EXPECT_EQ(p.Project_Saved, True_Flag);
-  EXPECT_EQ(p.File_Version, 109);
-  std::string text = Read_Text(p.Project_File);
-  EXPECT_EQ(text.substr(0, 15), "109\r\n\"db.txt\"\r\n");
-  int files = 0;
-  for (auto& entry : std::filesystem::directory_iterator(dir.path())) {
-    (void)entry;
-    ++files;
-  }
-  EXPECT_EQ(files, 2);
-  Project back;
-  Read_Report read;
-  ASSERT_TRUE(Read_Project(p.Project_File, dir.path().string(), back, read));
-  EXPECT_TRUE(back.Macro == p.Macro && back.Mesh_Element == p.Mesh_Element && back.Border == p.Border);
-}
+  EXPECT_EQ(Read_Text(p.Project_File), Write_Project_Text(p, 109, "db.txt"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator{}), 2);  // no temporary
 
-TEST(Project_File, AFailedSaveKeepsThePreviousFile) {
-  Temp_Dir dir;
-  Project p = Rich_Project();
-  // The target is a folder: nothing can be renamed over it, and nothing is lost.
-  std::filesystem::create_directories(dir.path() / "P.PVX");
-  p.Project_File = (dir.path() / "P.PVX").string();
-  Save_Report report;
+  // The target is a folder: nothing can be renamed over it, and nothing is lost; nor in a folder
+  // that does not exist.
+  fs::create_directories(dir.path() / "F.PVX");
+  p.Project_File = dir.file("F.PVX");
   EXPECT_FALSE(Save_Project(p, dir.path().string(), report));
   EXPECT_FALSE(report.error.empty());
   EXPECT_EQ(p.Project_Saved, False_Flag);
-  EXPECT_TRUE(std::filesystem::is_directory(dir.path() / "P.PVX"));
-  EXPECT_FALSE(std::filesystem::exists(dir.path() / "P.PVX.saving"));
-  // A folder that does not exist.
+  EXPECT_TRUE(fs::is_directory(dir.path() / "F.PVX"));
+  EXPECT_FALSE(fs::exists(dir.file("F.PVX.saving")));
   p.Project_File = (dir.path() / "no" / "P.PVX").string();
   EXPECT_FALSE(Save_Project(p, dir.path().string(), report));
 }
 
-TEST(Project_File, ADatabaseOutsideTheWorkDirectoryIsCopiedBesideTheProject) {
+TEST(Project_File, ADatabaseOutsideTheWorkDirectoryIsCopiedBesideTheProjectOrNamedInFull) {
   Temp_Dir dir;
-  std::filesystem::create_directories(dir.path() / "db");
-  std::filesystem::create_directories(dir.path() / "work");
+  fs::create_directories(dir.path() / "db");
+  fs::create_directories(dir.path() / "work");
   Write_Text((dir.path() / "db" / "PVX2003.txt").string(), "the database");
   Project p = Rich_Project();
   const std::string work = (dir.path() / "work").string();
@@ -382,46 +287,32 @@ TEST(Project_File, ADatabaseOutsideTheWorkDirectoryIsCopiedBesideTheProject) {
   p.Material_Database_Path = (dir.path() / "db" / "PVX2003.txt").string();
   Save_Report report;
   ASSERT_TRUE(Save_Project(p, work, report));
-  ASSERT_EQ(report.messages.size(), 1u);
-  EXPECT_EQ(report.messages[0], "Material Database File is saved as:  WALL.txt");
+  EXPECT_EQ(report.messages, std::vector<std::string>{"Material Database File is saved as:  WALL.txt"});
   EXPECT_EQ(Read_Text((dir.path() / "work" / "WALL.txt").string()), "the database");
   EXPECT_EQ(p.Material_Database_Path, Join_Path(work, "WALL.txt"));
   EXPECT_EQ(Read_Text(p.Project_File).substr(0, 17), "109\r\n\"WALL.txt\"\r\n");
-
   // Saved again, the copy is in the work directory now: no second copy, no message.
   Save_Report again;
   ASSERT_TRUE(Save_Project(p, work, again));
   EXPECT_TRUE(again.messages.empty());
-}
 
-TEST(Project_File, AFailedDatabaseCopyStoresTheFullPathAndStillSaves) {
-  Temp_Dir dir;
-  Project p = Rich_Project();
-  p.Project_File = dir.file("WALL.PVX");
+  // A copy that fails stores the full path, and the project is still saved.
   const std::string missing = "/nonexistent-folder/PVX2003.txt";
   p.Material_Database_Path = missing;
-  Save_Report report;
-  ASSERT_TRUE(Save_Project(p, dir.path().string(), report));
-  ASSERT_EQ(report.messages.size(), 1u);
-  EXPECT_EQ(report.messages[0],
-            "With making a copy of file (" + missing + ") to file (" + dir.file("WALL.txt") +
-                ") an error occured ! The complete path is stored of the original database in "
-                "the .PVX file ! ");
+  Save_Report failed;
+  ASSERT_TRUE(Save_Project(p, work, failed));
+  EXPECT_EQ(failed.messages,
+            std::vector<std::string>{"With making a copy of file (" + missing + ") to file (" +
+                                     (dir.path() / "work" / "WALL.txt").string() +
+                                     ") an error occured ! The complete path is stored of "
+                                     "the original database in the .PVX file ! "});
   EXPECT_EQ(Read_Text(p.Project_File).substr(0, 40), "109\r\n\"/nonexistent-folder/PVX2003.txt\"\r\n");
-  // Read back, the stored path is looked for in the work directory.
-  Project back;
-  Read_Report read;
-  ASSERT_TRUE(Read_Project(p.Project_File, dir.path().string(), back, read));
-  EXPECT_EQ(back.Material_Database_Path, Join_Path(dir.path().string(), "PVX2003.txt"));
 }
 
 TEST(Project_File, PathParts) {
   EXPECT_EQ(getdir("C:\\a\\b.txt"), "C:\\a\\");
-  EXPECT_EQ(getdir("/a/b.txt"), "/a/");
   EXPECT_EQ(getdir("b.txt"), "");
-  EXPECT_EQ(File_Part("C:\\a\\b.txt"), "b.txt");
   EXPECT_EQ(File_Part("/a/b/c.txt"), "c.txt");
-  EXPECT_EQ(Join_Path("/w", "x.txt"), "/w/x.txt");
   EXPECT_EQ(Join_Path("/w/", "x.txt"), "/w/x.txt");
   EXPECT_EQ(Join_Path("", "x.txt"), "x.txt");
 }

@@ -2,19 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "app/units.h"
+
 namespace pvx {
 namespace {
 
 using Positions = std::array<int, Diagnostic_Graph_Count>;
-
-Scan_Options Options(std::initializer_list<int> check1, std::initializer_list<int> check3) {
-  Scan_Options o;
-  for (int i : check1)
-    o.Check1[static_cast<std::size_t>(i)] = true;
-  for (int i : check3)
-    o.Check3[static_cast<std::size_t>(i)] = true;
-  return o;
-}
 
 TEST(Run_Window, TheButtonStartsAndThenStops) {
   Run_Button button;
@@ -29,36 +22,58 @@ TEST(Run_Window, TheButtonStartsAndThenStops) {
   EXPECT_TRUE(button.Mechanical_Switch_Enabled);
 }
 
-TEST(Run_Window, TitlesInBothUnitSystems) {
-  EXPECT_STREQ(Diagnostic_Graph_Title(0, true), "Temperature [oC]");
-  EXPECT_STREQ(Diagnostic_Graph_Title(0, false), "Temperature [oF]");
-  EXPECT_STREQ(Diagnostic_Graph_Title(2, false), "C-Maturity [oChours] ");
-  EXPECT_STREQ(Diagnostic_Graph_Title(4, false), "Moisture Content [lb/yd3]");
-  EXPECT_STREQ(Diagnostic_Graph_Title(7, false), "Capacity [BtuIT/s]");
-  EXPECT_STREQ(Diagnostic_Graph_Title(8, true), "Displacements  Ux [mm]");
-  EXPECT_STREQ(Diagnostic_Graph_Title(12, false), "Stresses Szz   [ksi]");
-  EXPECT_STREQ(Diagnostic_Graph_Title(13, true), "");
+TEST(Run_Window, EachGraphDrawsItsRowAndNamesTheUnitItsScaleShows) {
+  const int variable[Diagnostic_Graph_Count] = {1, 2, 3, 4, 5, 6, 7, 8, 11, 12, 13, 14, 15};
+  for (int g = 0; g < Diagnostic_Graph_Count; ++g) {
+    SCOPED_TRACE(g);
+    EXPECT_EQ(Diagnostic_Graph_Variable(g), variable[g]);
+    const int kind = Diagnostic_Graph_Unit_Kind(g);
+    for (const bool metric : {true, false}) {
+      const std::string title = Diagnostic_Graph_Title(g, metric);
+      const auto open = title.find('['), close = title.find(']');
+      ASSERT_NE(close, std::string::npos) << title;
+      const std::string unit = title.substr(open + 1, close - open - 1);
+      // The capacity in kWatt converts as kJ per second; quantities without an imperial unit keep
+      // their title.
+      if (g == 7)
+        EXPECT_EQ(unit, metric ? "kWatt" : "BtuIT/s");
+      else if (kind == 0)
+        EXPECT_EQ(title, Diagnostic_Graph_Title(g, !metric));
+      else
+        EXPECT_EQ(unit, Unit_Name(kind, metric));
+    }
+  }
+  for (const int g : {-1, 13}) {
+    EXPECT_EQ(Diagnostic_Graph_Variable(g), 0);
+    EXPECT_STREQ(Diagnostic_Graph_Title(g, true), "");
+  }
+  // 1 kW = 1 kJ/s = 0.9478171 Btu/s.
+  EXPECT_NEAR(Convert_Unit(true, Diagnostic_Graph_Unit_Kind(7), 1.0), 0.9478171, 1e-7);
 }
 
 TEST(Run_Window, GraphsTakeTheFreePositionsInTheirOrder) {
-  // Nothing chosen: nothing shown.
-  Positions none;
-  none.fill(-1);
-  EXPECT_EQ(Place_Diagnostic_Graphs(Scan_Options{}), none);
-
-  // Everything without cooling: five field graphs, then mechanical until the counter stands at 7.
-  EXPECT_EQ(Place_Diagnostic_Graphs(Options({0, 1, 2, 3, 4}, {0, 1, 2, 3, 4})),
-            (Positions{0, 1, 2, 3, 4, -1, -1, -1, 5, 6, -1, -1, -1}));
-  // With cooling the mechanical graphs give way entirely; the cooling graphs follow the field graphs.
-  EXPECT_EQ(Place_Diagnostic_Graphs(Options({0, 1, 2, 3, 4, 5}, {0, 1, 2, 3, 4})),
-            (Positions{0, 1, 2, 3, 4, 5, 6, 7, -1, -1, -1, -1, -1}));
-  // A switched-off graph takes no position.
-  EXPECT_EQ(Place_Diagnostic_Graphs(Options({0}, {0, 1, 2, 3, 4})),
-            (Positions{0, -1, -1, -1, -1, -1, -1, -1, 1, 2, 3, 4, 5}));
-  EXPECT_EQ(Place_Diagnostic_Graphs(Options({0, 5}, {0, 1, 2, 3, 4})),
-            (Positions{0, -1, -1, -1, -1, 4, 5, 6, 1, 2, 3, -1, -1}));
-  EXPECT_EQ(Place_Diagnostic_Graphs(Options({3}, {4})),
-            (Positions{-1, -1, -1, 0, -1, -1, -1, -1, -1, -1, -1, -1, 1}));
+  struct Case {
+    std::vector<int> check1, check3;
+    Positions positions;
+  };
+  const Case cases[] = {
+      {{}, {}, {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}},
+      // Five field graphs, then mechanical ones until the counter stands at 7.
+      {{0, 1, 2, 3, 4}, {0, 1, 2, 3, 4}, {0, 1, 2, 3, 4, -1, -1, -1, 5, 6, -1, -1, -1}},
+      // With cooling the mechanical graphs stop at 4 and the cooling graphs follow.
+      {{0, 1, 2, 3, 4, 5}, {0, 1, 2, 3, 4}, {0, 1, 2, 3, 4, 5, 6, 7, -1, -1, -1, -1, -1}},
+      {{0}, {0, 1, 2, 3, 4}, {0, -1, -1, -1, -1, -1, -1, -1, 1, 2, 3, 4, 5}},
+      {{0, 5}, {0, 1, 2, 3, 4}, {0, -1, -1, -1, -1, 4, 5, 6, 1, 2, 3, -1, -1}},
+      {{3}, {4}, {-1, -1, -1, 0, -1, -1, -1, -1, -1, -1, -1, -1, 1}},
+  };
+  for (const Case& c : cases) {
+    Scan_Options o;
+    for (const int i : c.check1)
+      o.Check1[static_cast<std::size_t>(i)] = true;
+    for (const int i : c.check3)
+      o.Check3[static_cast<std::size_t>(i)] = true;
+    EXPECT_EQ(Place_Diagnostic_Graphs(o), c.positions) << c.check1.size() << " " << c.check3.size();
+  }
 }
 
 TEST(Run_Window, CurvesScaleToTheLatestTimeAndTheOverallRange) {
@@ -76,24 +91,18 @@ TEST(Run_Window, CurvesScaleToTheLatestTimeAndTheOverallRange) {
     EXPECT_DOUBLE_EQ(top[i].y, y_top[i]);
     EXPECT_DOUBLE_EQ(bottom[i].y, y_bottom[i]);
   }
-  // At row 2 the time axis spans only 2 hours.
+  // At row 2 the time axis spans 2 hours; row 1 is the frame only.
   ASSERT_TRUE(Diagnostic_Curves(time, maximum, minimum, 2, 30, overall_min, top, bottom));
   ASSERT_EQ(top.size(), 2u);
   EXPECT_DOUBLE_EQ(top[1].x, 2200);
-
-  // Row 1: the frame only.
   EXPECT_FALSE(Diagnostic_Curves(time, maximum, minimum, 1, 30, overall_min, top, bottom));
-  EXPECT_TRUE(top.empty());
-  EXPECT_TRUE(bottom.empty());
-}
+  EXPECT_TRUE(top.empty() && bottom.empty());
 
-TEST(Run_Window, AConstantQuantityRunsFlat) {
-  const std::vector<double> time{0, 0, 1, 2}, value{0, 1, 1, 1};
-  std::vector<Graph_Point> top, bottom;
-  double overall_min = 1;
-  ASSERT_TRUE(Diagnostic_Curves(time, value, value, 3, 1, overall_min, top, bottom));
+  // A constant quantity: the minimum goes 0.01 below it, and the curve runs flat along the top.
+  const std::vector<double> flat{0, 1, 1, 1};
+  overall_min = 1;
+  ASSERT_TRUE(Diagnostic_Curves(time, flat, flat, 3, 1, overall_min, top, bottom));
   EXPECT_DOUBLE_EQ(overall_min, 0.99);
-  // 0.01 above the minimum of a 0.01 range: the top of the graph.
   for (const Graph_Point& point : top)
     EXPECT_NEAR(point.y, 300, 1e-9);
 }
