@@ -1,147 +1,93 @@
+// Maturity and the heat of hydration at one point, against the laws worked out by hand.
 #include "analysis/hydration.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+#include "analysis_fixtures.h"
+
 namespace pvx {
 namespace {
 
-Material Arrhenius(double q_over_r, double t_reference) {
-  Material m;
-  m.Arrhenius_Active = true;
-  m.Q_Over_R = static_cast<float>(q_over_r);
-  m.T_Reference = static_cast<float>(t_reference);
-  return m;
+TEST(Update_Maturity, RateOfEachLawOverAStep) {
+  Material arrhenius, raised, humid, stop, dutch;
+  arrhenius.Arrhenius_Active = raised.Arrhenius_Active = raised.dQ_Active = true;
+  arrhenius.Q_Over_R = raised.Q_Over_R = 4000;
+  arrhenius.T_Reference = raised.T_Reference = 293;
+  raised.dQ_Over_R = 100;  // per degree below 20
+  humid.Humidity_Active = stop.Hygral_Maturity_Stop = dutch.Dutch_Active = true;
+  humid.Ac = 5;
+  humid.Bc = 4;
+  dutch.Dutch_C = 1.3f;
+  const double C = dutch.Dutch_C;
+  struct Case {
+    const char* name;
+    Material m;
+    double dt, T_old, T_new, h;
+    double M, W;  // from M = 10, W = 5
+  };
+  const Case cases[] = {
+      {"real time, no law", Material{}, 2.5, 5, 35, 1, 12.5, 5},
+      {"Arrhenius at 40, offset 273", arrhenius, 1, 40, 40, 1, 10 + std::exp(4000.0 * 20 / (293.0 * 313.0)),
+       5},
+      {"Arrhenius at the mean of 30 and 50", arrhenius, 2, 30, 50, 1,
+       10 + 2 * std::exp(4000.0 * (1 / 293.0 - 1 / 313.0)), 5},
+      {"raised Q/R at 10", raised, 1, 10, 10, 1, 10 + std::exp((4000.0 + 10 * 100) * (1 / 293.0 - 1 / 283.0)),
+       5},
+      {"plain Q/R at 30", raised, 1, 30, 30, 1, 10 + std::exp(4000.0 * (1 / 293.0 - 1 / 303.0)), 5},
+      {"humidity 0.9", humid, 1, 20, 20, 0.9, 10 + 1 / (1 + std::pow(0.5, 4)), 5},
+      {"stop below h 0.5", stop, 1, 20, 20, 0.3, 10, 5},
+      {"slowed at h 0.75", stop, 1, 20, 20, 0.75, 10.0625, 5},
+      {"not slowed above h 1", stop, 1, 20, 20, 1.2, 11, 5},
+      // At 20 oC an hour adds 10 (C^0.755 - C^-2.245) / ln C of weighted maturity.
+      {"weighted", dutch, 3, 20, 20, 1, 13,
+       5 + 3 * 10 * (std::pow(C, 0.755) - std::pow(C, -2.245)) / std::log(C)},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    double M = 0, W = 0;
+    Update_Maturity(c.m, c.dt, c.T_old, c.T_new, c.h, c.h, 10, M, 5, W);
+    EXPECT_NEAR(M, c.M, 1e-7);
+    EXPECT_NEAR(W, c.W, 1e-9);
+  }
 }
 
-double Rate(const Material& m, double T, double h = 1.0) {
-  double M = 0, W = 0;
-  Update_Maturity(m, 1.0, T, T, h, h, 0, M, 0, W);
-  return M;
-}
-
-TEST(Update_Maturity, RealTimeWithoutALaw) {
-  Material m;
-  double M = 0, W = 0;
-  Update_Maturity(m, 2.5, 5, 35, 1, 1, 10, M, 7, W);
-  EXPECT_EQ(M, 12.5);
-  EXPECT_EQ(W, 7);  // no weighted maturity without its law
-}
-
-TEST(Update_Maturity, ArrheniusAboutTheReferenceWithAnOffsetOf273) {
-  const Material m = Arrhenius(4000, 293);
-  EXPECT_NEAR(Rate(m, 20), 1.0, 1e-12);
-  EXPECT_NEAR(Rate(m, 40), std::exp(4000.0 * 20 / (293.0 * 313.0)), 1e-9);
-  // The mean of the old and new temperature counts, not either end.
-  double M = 0, W = 0;
-  Update_Maturity(m, 1.0, 30, 50, 1, 1, 0, M, 0, W);
-  EXPECT_NEAR(M, std::exp(4000.0 * (1 / 293.0 - 1 / 313.0)), 1e-9);
-}
-
-TEST(Update_Maturity, TheCorrectionBelow20Degrees) {
-  Material m = Arrhenius(4000, 293);
-  m.dQ_Active = true;
-  m.dQ_Over_R = 100;
-  EXPECT_NEAR(Rate(m, 10), std::exp((4000.0 + 10 * 100) * (1 / 293.0 - 1 / 283.0)), 1e-12);
-  EXPECT_NEAR(Rate(m, 20), 1.0, 1e-12);  // exactly 20 takes the plain Q/R
-  EXPECT_NEAR(Rate(m, 30), std::exp(4000.0 * (1 / 293.0 - 1 / 303.0)), 1e-12);
-}
-
-TEST(Update_Maturity, HumidityFactorAndHygralStop) {
-  Material m;
-  m.Humidity_Active = true;
-  m.Ac = 5;
-  m.Bc = 4;
-  EXPECT_NEAR(Rate(m, 20, 0.9), 1 / (1 + std::pow(0.5, 4)), 1e-7);
-  Material stop;
-  stop.Hygral_Maturity_Stop = true;
-  EXPECT_EQ(Rate(stop, 20, 0.5), 0);
-  EXPECT_EQ(Rate(stop, 20, 0.3), 0);
-  EXPECT_NEAR(Rate(stop, 20, 0.75), 0.0625, 1e-12);
-  EXPECT_NEAR(Rate(stop, 20, 1.2), 1.0, 1e-12);
-}
-
-TEST(Update_Maturity, WeightedMaturityAt20DegreesIsTheTableFactor) {
-  // At 20 oC one hour adds 10 (C^0.755 - C^-2.245) / ln C: the factor by which the mechanical
-  // tables of such a material are turned into weighted maturity.
-  Material m;
-  m.Dutch_Active = true;
-  m.Dutch_C = 1.3f;
-  const double C = m.Dutch_C;
-  double M = 0, W = 0;
-  Update_Maturity(m, 3, 20, 20, 1, 1, 0, M, 5, W);
-  EXPECT_NEAR(W, 5 + 3 * 10 * (std::pow(C, 0.755) - std::pow(C, -2.245)) / std::log(C), 1e-9);
-}
-
-// The heat of a sequence of steps adds up to the heat law at the last maturity.
-double Heat_Over(const Material& m, double M_end, int steps, double& hydration) {
-  double heat = 0;
-  for (int k = 0; k < steps; ++k)
-    heat += Hydration_Heat(m, M_end / steps, M_end * k / steps, M_end * (k + 1) / steps, hydration);
-  return heat;
-}
-
-TEST(Hydration_Heat, EachModelAddsUpToItsClosedForm) {
-  double hydration = -1;
-  Material cons;
-  cons.Heat_Model = "CONS";
-  cons.Heat_H = 2.5f;
-  EXPECT_NEAR(Heat_Over(cons, 40, 7, hydration), 100, 1e-9);
-  EXPECT_EQ(hydration, 1.0);
-
-  Material core;
-  core.Heat_Model = "CORE";
-  core.Heat_H = 120000;
-  core.Heat_a = 0.05f;
-  core.Heat_d = 3;
-  const double x = (100 - 3) * static_cast<double>(core.Heat_a);
-  EXPECT_NEAR(Heat_Over(core, 100, 13, hydration), 120000 * x / (1 + x), 1e-6);
-  EXPECT_NEAR(hydration, x / (1 + x), 1e-12);
-
-  Material dani;
-  dani.Heat_Model = "DANI";
-  dani.Heat_H = 110000;
-  dani.Heat_a = 20;
-  dani.Heat_b = 1.3f;
-  const double b = dani.Heat_b;  // held in single precision
-  EXPECT_NEAR(Heat_Over(dani, 72, 9, hydration), 110000 * std::exp(-std::pow(20.0 / 72, b)), 1e-6);
-  EXPECT_NEAR(hydration, std::exp(-std::pow(20.0 / 72, b)), 1e-12);
-
-  Material piwi;
-  piwi.Heat_Model = "PIWI";
-  piwi.Capacity_Wet = 2400;
+TEST(Hydration_Heat, StepsAddUpToTheHeatLawOfEachModel) {
+  using test::Heating;
+  Material piwi = Heating("PIWI", 45 * 2400);  // c = 2400
   piwi.Heat_Table_Time = {0, 24, 72};
   piwi.Heat_Table_Rise = {0, 30, 45};
-  piwi.Heat_H = 45 * 2400;
-  EXPECT_NEAR(Heat_Over(piwi, 48, 5, hydration), 2400 * 37.5, 1e-6);
-  EXPECT_NEAR(hydration, 37.5 / 45, 1e-12);
-
-  Material none;
-  none.Heat_Model = "NO H";
-  EXPECT_EQ(Heat_Over(none, 50, 3, hydration), 0);
-  EXPECT_EQ(hydration, 1.0);
-}
-
-TEST(Hydration_Heat, NoHeatBeforeTheDormantPeriodNorAtMaturityZero) {
-  Material core;
-  core.Heat_Model = "CORE";
-  core.Heat_H = 1000;
-  core.Heat_a = 0.1f;
-  core.Heat_d = 5;
-  double hydration = -1;
-  EXPECT_EQ(Hydration_Heat(core, 1, 3, 4, hydration), 0);
-  EXPECT_EQ(hydration, 0);
-  // Crossing d in one step gives the whole of F at the new maturity.
-  EXPECT_NEAR(Hydration_Heat(core, 2, 4, 6, hydration), 1000 * 0.1 / 1.1, 1e-5);
-  Material dani;
-  dani.Heat_Model = "DANI";
-  dani.Heat_H = 1000;
-  dani.Heat_a = 10;
-  dani.Heat_b = 1;
-  EXPECT_EQ(Hydration_Heat(dani, 1, 0, 0, hydration), 0);
-  EXPECT_EQ(hydration, 0);
-  EXPECT_NEAR(Hydration_Heat(dani, 1, 0, 10, hydration), 1000 * std::exp(-1.0), 1e-9);
+  const double x = (100 - 3) * static_cast<double>(0.05f), b = 1.3f;  // as held in single precision
+  struct Case {
+    const char* name;
+    Material m;
+    double M_from, M_to;
+    int steps;
+    double heat, hydration;
+  };
+  const Case cases[] = {
+      {"CONS: H per hour", Heating("CONS", 2.5f), 0, 40, 7, 100, 1},
+      {"CORE: a(M-d)/(1+a(M-d))", Heating("CORE", 120000, 0.05f, 0, 3), 0, 100, 13, 120000 * x / (1 + x),
+       x / (1 + x)},
+      {"CORE before d", Heating("CORE", 1000, 0.1f, 0, 5), 3, 4, 1, 0, 0},
+      {"CORE across d in one step", Heating("CORE", 1000, 0.1f, 0, 5), 4, 6, 1, 1000 * 0.1 / 1.1, 0.1 / 1.1},
+      {"DANI: exp(-(a/M)^b)", Heating("DANI", 110000, 20, 1.3f), 0, 72, 9,
+       110000 * std::exp(-std::pow(20.0 / 72, b)), std::exp(-std::pow(20.0 / 72, b))},
+      {"DANI at maturity 0", Heating("DANI", 1000, 10, 1), 0, 0, 1, 0, 0},
+      {"DANI from maturity 0", Heating("DANI", 1000, 10, 1), 0, 10, 1, 1000 * std::exp(-1.0), std::exp(-1.0)},
+      {"PIWI: the rise table times c", piwi, 0, 48, 5, 2400 * 37.5, 37.5 / 45},
+      {"NO H", Heating("NO H", 0), 0, 50, 3, 0, 1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    double heat = 0, hydration = -1;
+    const double dM = (c.M_to - c.M_from) / c.steps;
+    for (int k = 0; k < c.steps; ++k)
+      heat += Hydration_Heat(c.m, dM, c.M_from + dM * k, c.M_from + dM * (k + 1), hydration);
+    EXPECT_NEAR(heat, c.heat, 1e-5);
+    EXPECT_NEAR(hydration, c.hydration, 1e-7);
+  }
 }
 
 }  // namespace

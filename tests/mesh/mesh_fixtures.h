@@ -1,4 +1,5 @@
-// Small projects for the mesh tests, and checks that hold for any sound mesh.
+// Small projects for the mesh tests, the cuts and the file round trip they share, and checks that
+// hold for any sound mesh.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,7 +12,9 @@
 #include <utility>
 
 #include "app/project.h"
+#include "app/project_file.h"
 #include "mesh/initial_mesh.h"
+#include "mesh/split_history.h"
 
 namespace pvx::test {
 
@@ -45,12 +48,37 @@ inline Project Square(double size) {
   return p;
 }
 
-inline Table<double> Fractions(std::initializer_list<double> f) {
-  return Table<double>(f);
+// The initial mesh of the project, in a session of its own.
+inline Mesh_Session Meshed(Project& p) {
+  Mesh_Session s;
+  std::string message;
+  EXPECT_TRUE(Make_Initial_Mesh(p, s, message)) << message;
+  return s;
 }
 
-inline Mesh_Node At(const Project& p, int node) {
-  return p.Mesh_Node[node];
+// A cut through the history, as the panel makes it: side `side` of `element` into `division` parts.
+inline bool Cut(Project& p, Mesh_Session& s, int element, int side, int division, int option = Ratio_Equal,
+                double a = 1.5) {
+  s.Parameters.PickedElement = element;
+  s.Parameters.PickedSide = side;
+  s.Parameters.Division = division;
+  s.Parameters.RatioOption = option;
+  s.Parameters.FactorA = a;
+  std::string message;
+  const bool ok = Split_Execution(p, s, message);
+  EXPECT_EQ(ok, message.empty()) << message;
+  return ok;
+}
+
+// Through the project file, as a mesh is met after a load.
+inline Project Through_File(const Project& p) {
+  Project back;
+  std::string database;
+  Read_Report report;
+  EXPECT_TRUE(
+      Parse_Project_Text(Write_Project_Text(p, Current_File_Version, "DB.txt"), back, database, report))
+      << report.detail;
+  return back;
 }
 
 inline std::array<int, 4> Corners(const Project& p, int element) {
