@@ -156,7 +156,7 @@ int Plot(const Plot_Options& o, std::ostream& out, std::ostream& err) {
   if (!Open_Project(project_path, p, err)) return Exit_Failure;
 
   Result_Family family;
-  family.Layout = Result_Layout_Of(p, p.Mechanical_Included != 0);
+  family.Layout = Layout_Of_Family(p, o.path);
   if (!Slot_Exists(family.Layout, slot)) {
     err << fmt::format("Result variable {} ({}) is not in the results of this project\n", o.variable,
                        Viewer_Variable_Name(o.variable));

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "app/prescribed_data.h"
 #include "app/project_file.h"
 #include "app/project_load.h"
 #include "app/shell.h"
@@ -133,6 +134,26 @@ std::string Find_Project_Of(const std::string& res_path) {
     found = entry.path().string();
   }
   return found;
+}
+
+bool Family_Is_Mechanical(const Project& p, const std::string& res_path) {
+  if (p.Mechanical_Included != 0) return true;
+  Run_Index index;
+  std::string ignored;
+  if (!Read_Run_Index_File(res_path, p.File_Version, false, index, ignored)) return false;
+  // A run samples the rows of the mechanical variables only when it computes them; a sampled row
+  // points at a stored step.
+  const Extreme_Row& displacement = index.Extremes[11];
+  return displacement.StoredIndexOfMin != 0 || displacement.StoredIndexOfMax != 0;
+}
+
+Result_Layout Layout_Of_Family(Project& p, const std::string& res_path) {
+  if (!p.Point_Support.empty() || !p.Line_Support.empty()) {
+    bool ok = true;
+    std::string ignored;
+    Set_Prescribed_Data(p, ok, ignored);
+  }
+  return Result_Layout_Of(p, Family_Is_Mechanical(p, res_path));
 }
 
 }  // namespace pvx::cli

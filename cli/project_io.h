@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/project.h"
+#include "results/result_files.h"
 
 namespace pvx::cli {
 
@@ -20,5 +21,14 @@ void Print_Summary(const Project& p, std::ostream& out);
 // The project beside a result family whose run wrote it: its result name, or its own name with
 // .RES, is the family's. Empty when none or several fit.
 std::string Find_Project_Of(const std::string& res_path);
+// Whether a result family holds the mechanical records: the project asks for the mechanical
+// analysis, or the family's index has sampled the displacements (a run made with --mechanical of a
+// project that leaves it off).
+bool Family_Is_Mechanical(const Project& p, const std::string& res_path);
+// The layout of a family that `pvx run` wrote from this project: the mesh supports are rebuilt
+// from the design supports as the run rebuilt them (the file may hold a table of an older mesh or
+// none, when it was saved before a computation), and the mechanical records counted in when the
+// family has them. A project without design supports keeps the mesh supports it holds.
+Result_Layout Layout_Of_Family(Project& p, const std::string& res_path);
 
 }  // namespace pvx::cli

@@ -230,13 +230,14 @@ Record_Table Tabulate(const Project& p, const Result_Layout& layout, const Plot_
 }
 
 // Where in the mesh a record takes its largest value: the row of the table that holds it, told as
-// "node 57 at (1500, 700) mm" or "element 12, corner 3 (node 40) at (...) mm".
-std::string Where_Largest(const Record_Table& t, bool imperial) {
+// "node 57 at (1500, 700) mm" or "element 12, corner 3 (node 40) at (...) mm", and the value.
+std::string Where_Largest(const Record_Table& t, bool imperial, double& largest) {
   const std::size_t value = t.columns.size() - 1;
   const Row* best = nullptr;
   for (const Row& r : t.rows)
     if (r.cells[value] && (!best || *r.cells[value] > *best->cells[value])) best = &r;
   if (!best) return "";
+  largest = *best->cells[value];
   auto cell = [&](const char* name) -> std::optional<double> {
     for (std::size_t c = 0; c < t.columns.size(); ++c)
       if (t.columns[c] == name) return best->cells[c];
@@ -267,7 +268,7 @@ int Show_Summary(const Results_Options& o, std::ostream& out, std::ostream& err)
   Project p;
   if (!Open_Project(project_path, p, err)) return Exit_Failure;
   Result_Family family;
-  family.Layout = Result_Layout_Of(p, p.Mechanical_Included != 0);
+  family.Layout = Layout_Of_Family(p, o.path);
   std::string message;
   Run_Index index;
   if (!Set_Output_Names(family, {o.path, o.path}, "", message) ||
@@ -304,11 +305,19 @@ int Show_Summary(const Results_Options& o, std::ostream& out, std::ostream& err)
     if (!line.maximum)
       for (Row& row : t.rows)
         if (row.cells.back()) row.cells.back() = -*row.cells.back();
-    const double value = line.maximum ? r.PeriodMax : r.PeriodMin;
-    // The extremes are singles of the stored records: shown with the digits a single holds.
-    out << fmt::format("{}: {}{} at {} hours (stored step {}), {}\n", line.label, static_cast<float>(value),
-                       line.variable == 1 ? std::string(" ") + degrees : "",
-                       Number(index.Storage_Time[stored]), stored, Where_Largest(t, o.imperial));
+    // The run's extreme may fall on a step between storages; the stored step nearest to it is the
+    // one that can be looked at, and its own extreme is told beside the run's. Values are singles,
+    // shown with the digits a single holds.
+    double largest = 0;
+    const std::string where = Where_Largest(t, o.imperial, largest);
+    const float run_value = static_cast<float>(line.maximum ? r.PeriodMax : r.PeriodMin);
+    const float stored_value = static_cast<float>(line.maximum ? largest : -largest);
+    const std::string unit = line.variable == 1 ? std::string(" ") + degrees : "";
+    out << fmt::format("{}: {}{}", line.label, run_value, unit);
+    if (stored_value != run_value)
+      out << fmt::format(" (between storages); stored: {}{}", stored_value, unit);
+    out << fmt::format(" at {} hours (stored step {}), {}\n", Number(index.Storage_Time[stored]), stored,
+                       where);
   }
   return Exit_Ok;
 }
@@ -325,7 +334,7 @@ int Show_Index(const Results_Options& o, std::ostream& out, std::ostream& err) {
     Project p;
     if (!Open_Project(o.project, p, err)) return Exit_Failure;
     Result_Family family;
-    family.Layout = Result_Layout_Of(p, p.Mechanical_Included != 0);
+    family.Layout = Layout_Of_Family(p, o.path);
     if (!Set_Output_Names(family, {o.path, o.path}, "", message) ||
         !Open_All_Result_Sets(family, p.File_Version, message) ||
         !Read_Run_Index(family, 1, p.File_Version, o.imperial, index, message)) {
@@ -357,7 +366,7 @@ int Show_Record(const Results_Options& given, std::ostream& out, std::ostream& e
   Project p;
   if (!Open_Project(o.project, p, err)) return Exit_Failure;
   Result_Family family;
-  family.Layout = Result_Layout_Of(p, p.Mechanical_Included != 0);
+  family.Layout = Layout_Of_Family(p, o.path);
   if (!Slot_Exists(family.Layout, slot)) {
     err << fmt::format("Result variable {} ({}) is not in the results of this project\n", o.variable,
                        Viewer_Variable_Name(o.variable));

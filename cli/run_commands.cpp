@@ -48,6 +48,23 @@ class Console_Host : public Analysis_Host {
   }
   bool Stop_Requested() override { return interrupt_requested.load(); }
 
+  // Nobody is there to answer the program's question, so the batch tool answers no: the run stops
+  // with the results stored so far, and says what to do about it.
+  bool Ask_More_Iterations(int iterations, int& iteration_limit, double limits[3]) override {
+    (void)limits;
+    refused_ = true;
+    const int variant = variants_done_ + 1;
+    const int step = last_.variant == variant ? last_.step + 1 : 1;
+    Show_Message(
+        fmt::format("More than {} have been performed. The mechanical iteration of step {} of variant {} "
+                    "has not converged within the limit of {} iterations, and the batch tool does not "
+                    "go on by itself: the computation is stopped. Raise the limit with --iterations N.",
+                    iterations, step, variant, iteration_limit),
+        Message_Kind::Critical);
+    return false;
+  }
+  bool Refused() const { return refused_; }
+
   void Report_Step(const Step_Report& r) override {
     last_ = r;
     if (!terminal_) return;
@@ -70,6 +87,7 @@ class Console_Host : public Analysis_Host {
 
   // One line at the end of a variant, on a terminal below the bar.
   void Report_Variant(int variant, int variants, int storages) override {
+    variants_done_ = variant;
     if (bar_shown_) std::cerr << "\n";
     bar_shown_ = false;
     const double elapsed =
@@ -89,6 +107,8 @@ class Console_Host : public Analysis_Host {
  private:
   bool terminal_;
   bool bar_shown_ = false;
+  bool refused_ = false;
+  int variants_done_ = 0;
   std::chrono::steady_clock::time_point start_, variant_start_ = std::chrono::steady_clock::now(),
                                                 last_draw_{};
 };
@@ -98,6 +118,8 @@ class Console_Host : public Analysis_Host {
 void Add_Run_Commands(CLI::App& app, int& status) {
   struct Options {
     std::string project, output;
+    bool mechanical = false;
+    int iterations = 0;
   };
   auto o = std::make_shared<Options>();
   auto* run =
@@ -105,12 +127,17 @@ void Add_Run_Commands(CLI::App& app, int& status) {
   run->add_option("PROJECT", o->project, "Project file (.PVX)")->required();
   run->add_option("--output", o->output,
                   "Name of the result family (NAME.RES), relative to the project's folder");
+  run->add_flag("--mechanical", o->mechanical,
+                "Compute the displacements and stresses too, even when the project leaves them off");
+  run->add_option("--iterations", o->iterations,
+                  "The iteration count at which a mechanical step that has not converged stops the run "
+                  "(default 10; a step needs at least 2 iterations, so at least 3)")
+      ->check(CLI::Range(3, 1000000));
   run->footer(
       "Exit status: 0 every variant was computed; 1 the project, its database or its prescribed data could "
-      "not be "
-      "used, or a variant failed (zero pivot, result files); 2 the run was stopped with Ctrl-C, after which "
-      "the "
-      "files hold every storage written so far and are closed.");
+      "not be used, a variant failed (zero pivot, result files, displacements above 10000 mm) or a "
+      "mechanical step did not converge within the iteration limit; 2 the run was stopped with Ctrl-C. "
+      "Whenever a run ends early its files hold every storage written so far and are closed.");
   run->callback([&status, o] {
     Project p;
     if (!Open_Project_With_Database(o->project, p, std::cerr)) {
@@ -150,6 +177,8 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     }
 
     Run_State state;
+    state.Mechanical_Included = p.Mechanical_Included != 0 || o->mechanical;
+    if (o->iterations > 0) state.Mechanical_Iteration_Limit = o->iterations;
     Console_Host host(isatty(STDERR_FILENO) != 0);
     host.names_ = p.Result_Names;
     interrupt_requested = false;
@@ -168,6 +197,10 @@ void Add_Run_Commands(CLI::App& app, int& status) {
         status = Exit_Ok;
         break;
       case Run_Outcome::Stopped:
+        if (host.Refused()) {
+          status = Exit_Failure;
+          break;
+        }
         std::cerr << "stopped: the result files are closed and hold what was stored\n";
         status = Exit_Stopped;
         break;

@@ -210,8 +210,10 @@ frmDiag::frmDiag(Gui_Context& context, QWidget* parent) : Work_Form_Widget(paren
 void frmDiag::Form_Shown() {
   if (running_) return;
   const Project& p = context_.project;
-  Check2->setChecked(false);
-  Frame5->setEnabled(false);
+  // The window opens with the project's own choice, so that a project that was computed with its
+  // stresses is computed with them again, and its results are read as they were written.
+  Check2->setChecked(p.Mechanical_Included != 0);
+  Frame5->setEnabled(Check2->isChecked());
   for (QCheckBox* box : Check3)
     box->setChecked(false);
   // The displacement graphs cannot be chosen.

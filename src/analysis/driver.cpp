@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <span>
 
+#include "analysis/mechanics/assembly.h"
+#include "analysis/mechanics/point_law.h"
+#include "analysis/mechanics/stress_loop.h"
 #include "analysis/thermal.h"
 #include "material/properties.h"
 #include "results/result_files.h"
@@ -15,28 +19,6 @@ namespace {
 
 inline int Equation(const Run_State& run, int node) {
   return run.Numbering.Node_Equation[node];
-}
-
-// Sizes every table of the run for the mesh and numbers the equations.
-void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& host) {
-  Set_Node_Numbering(p, run.Numbering, [&host] { host.Pump_Events(); });
-  const int n = p.Mesh_Node.count();
-  run.Equations = n;
-  run.Matrix.resize(run.Numbering.Profile_Size);
-  run.Right_Hand_Side.resize(n);
-  for (Table<double>* v : {&run.Temperature_Old, &run.Temperature_New, &run.Temperature_Initial,
-                           &run.Moisture_Old, &run.Moisture_New, &run.Base_Load})
-    v->resize(n);
-  run.Active_Equation.resize(n);
-  const int elements = p.Mesh_Element.count();
-  run.Element_Matrices.resize(elements);
-  run.Element_Material.resize(elements);
-  run.Points.assign(static_cast<std::size_t>(4 * elements + 1), Point_State{});
-  run.Out_Temperature.resize(static_cast<std::size_t>(n));
-  run.Out_Potential.resize(static_cast<std::size_t>(n));
-  for (auto* v : {&run.Out_Maturity, &run.Out_Hydration, &run.Out_C_Maturity, &run.Out_Moisture,
-                  &run.Out_Tensile, &run.Out_Compressive})
-    v->resize(static_cast<std::size_t>(4 * elements));
 }
 
 // The fields of the current state, in the order of the result records.
@@ -78,6 +60,25 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
   f.Moisture_Content = run.Out_Moisture;
   f.Tensile_Strength = run.Out_Tensile;
   f.Compressive_Strength = run.Out_Compressive;
+  if (run.Mechanical_Included) {
+    Mechanical_State& m = run.Mechanics;
+    for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
+      const auto at = static_cast<std::size_t>(2 * (node - 1));
+      m.Out_Displacement[at] = m.Total[Place(m, 2 * node - 1)];
+      m.Out_Displacement[at + 1] = m.Total[Place(m, 2 * node)];
+    }
+    Compute_Nodal_Stresses(p, run);
+    for (std::size_t k = 1; k < m.Points.size(); ++k)
+      m.Out_Crack_Opening[k - 1] = m.Points[k].Crack_Opening;
+    for (int i = 1; i <= m.Supports.count(); ++i)
+      m.Out_Reaction[static_cast<std::size_t>(i - 1)] = m.Supports[i].Reaction;
+    f.Displacement = m.Out_Displacement;
+    f.Corner_Stress = m.Out_Corner_Stress;
+    f.Crack_Opening = m.Out_Crack_Opening;
+    f.Reaction = m.Out_Reaction;
+    f.Interface_Stress = m.Out_Interface;
+    f.Bar_Values = m.Out_Bar;
+  }
   return f;
 }
 
@@ -132,7 +133,60 @@ Thermal_Step Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host&
   return Thermal_Step::Settled;
 }
 
+// The warnings of a mechanical variant: what this version computes otherwise than the project asks,
+// and a model that nothing holds.
+void Report_Mechanical_Warnings(const Project& p, const Run_State& run,
+                                const std::function<void(const std::string&)>& warn) {
+  std::vector<int> told;
+  for (int e = 1; e <= run.Element_Material.count(); ++e) {
+    const int m = run.Element_Material[e];
+    if (!p.Material.valid(m) || std::find(told.begin(), told.end(), m) != told.end()) continue;
+    told.push_back(m);
+    const Material& material = p.Material[m];
+    if (!material.Has_Mechanical)
+      warn("Material \"" + material.Name + "\" has no mechanical data: its elements take no part in the " +
+           "mechanical analysis.");
+    else if (Law_Of(material) != Point_Law::Linear_Elastic)
+      warn("Material \"" + material.Name + "\" has the model \"" + material.Model_Name +
+           "\", which this version computes as linear elastic with its E-modulus (no creep, no cracking).");
+  }
+  if (p.Mesh_Support.empty())
+    warn(
+        "No support holds the model: the displacements of a free body are not determined, and its "
+        "mechanical iteration may not converge.");
+  if (!p.Mesh_Interface.empty() || !p.Mesh_Rebar.empty())
+    warn(
+        "Interfaces and reinforcement bars are not part of this version of the mechanical analysis: the "
+        "elements on both sides of an interface stay joined, and bars carry nothing.");
+}
+
 }  // namespace
+
+void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& host) {
+  const Event_Pump pump = [&host] { host.Pump_Events(); };
+  Set_Node_Numbering(p, run.Numbering, pump);
+  if (run.Mechanical_Included) {
+    Set_Mechanical_Equations(p, run.Mechanics, pump);
+    Allocate_Mechanical_Arrays(p, run.Mechanics);
+  }
+  const int n = p.Mesh_Node.count();
+  run.Equations = n;
+  run.Matrix.resize(run.Numbering.Profile_Size);
+  run.Right_Hand_Side.resize(n);
+  for (Table<double>* v : {&run.Temperature_Old, &run.Temperature_New, &run.Temperature_Initial,
+                           &run.Moisture_Old, &run.Moisture_New, &run.Base_Load})
+    v->resize(n);
+  run.Active_Equation.resize(n);
+  const int elements = p.Mesh_Element.count();
+  run.Element_Matrices.resize(elements);
+  run.Element_Material.resize(elements);
+  run.Points.assign(static_cast<std::size_t>(4 * elements + 1), Point_State{});
+  run.Out_Temperature.resize(static_cast<std::size_t>(n));
+  run.Out_Potential.resize(static_cast<std::size_t>(n));
+  for (auto* v : {&run.Out_Maturity, &run.Out_Hydration, &run.Out_C_Maturity, &run.Out_Moisture,
+                  &run.Out_Tensile, &run.Out_Compressive})
+    v->resize(static_cast<std::size_t>(4 * elements));
+}
 
 std::string Not_Settled_Message(double time, int passes, double change, int node) {
   char text[320];
@@ -203,6 +257,7 @@ void Set_Initial_State(const Project& p, Run_State& run, int variant) {
   run.Temperature_New = run.Temperature_Old;
   run.Temperature_Initial = run.Temperature_Old;
   run.Moisture_New = run.Moisture_Old;
+  if (run.Mechanical_Included) Set_Mechanical_Initial_State(p, run);
 }
 
 void Update_End_Of_Step(Run_State& run) {
@@ -223,12 +278,6 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
     message = text;
     host.Show_Message(text, kind);
   };
-  if (run.Mechanical_Included) {
-    report("The mechanical analysis is not part of this version: only the temperature field is computed.",
-           Message_Kind::Warning);
-    run.Mechanical_Included = false;
-  }
-
   Allocate_Solution_Arrays(p, run, host);
   Result_Family family;
   std::string text;
@@ -257,6 +306,9 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
     if (run.Moisture_Included)
       report("The moisture analysis is not part of this version: the moisture field keeps its initial value.",
              Message_Kind::Warning);
+    if (run.Mechanical_Included)
+      Report_Mechanical_Warnings(p, run,
+                                 [&](const std::string& text) { report(text, Message_Kind::Warning); });
     run.Gauss = Set_Gauss_Points();
     Set_Time_Steps(p, run.Steps);
     const int steps = Number_Of_Steps(run.Steps);
@@ -294,7 +346,28 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
         break;
       }
 
+      if (run.Mechanical_Included) {
+        Set_Free_Strains(p, run);
+        const Mechanical_Step mechanical = Solve_Mechanical_Step(p, run, host, dt, t, text);
+        if (mechanical == Mechanical_Step::Singular) {
+          // As for the temperatures: a singular model ends this variant only.
+          report(text, Message_Kind::Critical);
+          run.Stop_Computations = false;
+          variant_failed = true;
+          break;
+        }
+        if (mechanical == Mechanical_Step::Displacement_Limit) {
+          // A model that runs away ends the whole run: the other variants would run away too.
+          report(text, Message_Kind::Critical);
+          run.Stop_Computations = true;
+          variant_failed = true;
+          break;
+        }
+        if (mechanical != Mechanical_Step::Converged) break;  // refused or stopped: the stop flag is set
+      }
+
       Update_End_Of_Step(run);
+      if (run.Mechanical_Included) Update_Mechanical_End_Of_Step(p, run);
       ++row;
       run.Saved_Step_Time[static_cast<std::size_t>(row)] = t;
       const bool store = Is_Storage_Step(run.Steps, step);
@@ -309,7 +382,8 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
         }
         host.Pump_Events();
       }
-      host.Report_Step(Step_Report{variant, variants, step, steps, t, Storage_Count(run.Index), 0});
+      host.Report_Step(Step_Report{variant, variants, step, steps, t, Storage_Count(run.Index),
+                                   run.Mechanical_Included ? run.Mechanics.Iterations : 0});
     }
 
     Clamp_Plot_Storages(run.Index);

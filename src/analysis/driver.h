@@ -39,9 +39,14 @@ enum class Run_Outcome {
 Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const std::string& work_directory,
                          std::string& message);
 
+// Numbers the equations of the run (the nodes for temperature and moisture, the displacement
+// unknowns when the mechanical analysis is included) and sizes every table of the run for the mesh.
+void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& host);
+
 // The initial state of a variant: material numbers (with the variant's replacement), the state of
 // every integration point, the starting temperatures and moistures at the nodes (a node shared by
-// two macros takes the value of the higher macro).
+// two macros takes the value of the higher macro), and with the mechanical analysis no displacement
+// and no stress.
 void Set_Initial_State(const Project& p, Run_State& run, int variant);
 
 // Moves the current state of the step to the start of the next: temperatures, moistures and every

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/hydration.h"
+#include "analysis/mechanics/mechanical_state.h"
 #include "analysis/schedule.h"
 #include "analysis/solver.h"
 #include "analysis/thermal_element.h"
@@ -68,6 +69,9 @@ struct Run_State {
   // Buffers of one storage, by mesh node and by integration point.
   std::vector<double> Out_Temperature, Out_Potential;
   std::vector<double> Out_Maturity, Out_Hydration, Out_C_Maturity, Out_Moisture, Out_Tensile, Out_Compressive;
+
+  // The displacements, stresses and supports, when the mechanical analysis is included.
+  Mechanical_State Mechanics;
 };
 
 inline Point_State& Point(Run_State& run, int element, int point) {

@@ -1,0 +1,453 @@
+#include "analysis/mechanics/assembly.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "analysis/mechanics/element.h"
+#include "analysis/mechanics/point_law.h"
+#include "analysis/thermal.h"
+#include "app/prescribed_data.h"
+#include "material/properties.h"
+
+namespace pvx {
+
+namespace {
+
+// A property at a point; a table the material does not fill reads as 0.
+double Property(const Property_Table& table, double T, double M) {
+  return table.Value.empty() ? 0.0 : Table_Value(table, T, M);
+}
+
+// The places of an element's unknowns: its corners, then the out-of-plane unknowns.
+void Element_Places(const Mechanical_State& m, int element, int dofs, int places[Max_Element_Dofs]) {
+  for (int i = 1; i <= Element_Corner_Dofs; ++i)
+    places[i - 1] = Place(m, m.Element_Dof[element][i]);
+  for (int i = Element_Corner_Dofs; i < dofs; ++i)
+    places[i] = m.Equations - (dofs - 1 - i);
+}
+
+// The material of an element that takes part in the mechanical analysis at the mid-step time, or
+// null.
+const Material* Active_Material(const Project& p, const Run_State& run, int element) {
+  if (!Element_Active(p.Mesh_Element[element], run.Mid_Step_Time)) return nullptr;
+  return Mechanical_Material(p, run, element);
+}
+
+// Nodal values of an element's corners from a field by thermal equation.
+void Corner_Values(const Run_State& run, const Mesh_Element& e, const Table<double>& field, double v[4]) {
+  for (int n = 0; n < 4; ++n)
+    v[n] = field[run.Numbering.Node_Equation[e.Corner[n + 1]]];
+}
+
+double Mean_Maturity(const Material& material, const Point_State& s) {
+  return (Mechanical_Maturity(material, s, false) + Mechanical_Maturity(material, s, true)) / 2;
+}
+
+// ---- Numbering ------------------------------------------------------------------------------------
+
+// Each list ordered by ascending degree of its entries: a selection sort in which the first of equal
+// degrees wins, so that the numbering, and the rounding of every result with it, does not depend
+// on the sort's library.
+void Sort_By_Degree(std::vector<std::vector<std::int32_t>>& adjacency) {
+  auto degree = [&](int q) { return static_cast<int>(adjacency[static_cast<std::size_t>(q)].size()); };
+  for (auto& list : adjacency) {
+    for (std::size_t place = 0; place + 1 < list.size(); ++place) {
+      int best = 1000000;
+      std::size_t best_at = place;
+      for (std::size_t k = place; k < list.size(); ++k)
+        if (degree(list[k]) < best) {
+          best = degree(list[k]);
+          best_at = k;
+        }
+      std::swap(list[place], list[best_at]);
+    }
+  }
+}
+
+// Cuthill-McKee from equation 1, reversed: the place of every equation. Where the queue runs dry
+// the lowest unnumbered equation starts the next block.
+std::vector<std::int32_t> Reversed_Cuthill_McKee(const std::vector<std::vector<std::int32_t>>& adjacency,
+                                                 int n) {
+  std::vector<std::int32_t> number(static_cast<std::size_t>(n) + 1, 0);
+  if (n == 0) return number;
+  std::vector<std::int32_t> queue;
+  queue.reserve(static_cast<std::size_t>(n));
+  int next = 0, lowest = 1;
+  number[1] = ++next;
+  queue.push_back(1);
+  for (int k = 1; k <= n; ++k) {
+    if (k > static_cast<int>(queue.size())) {
+      while (number[static_cast<std::size_t>(lowest)] != 0)
+        ++lowest;
+      number[static_cast<std::size_t>(lowest)] = ++next;
+      queue.push_back(lowest);
+    }
+    for (std::int32_t w : adjacency[static_cast<std::size_t>(queue[static_cast<std::size_t>(k - 1)])]) {
+      if (number[static_cast<std::size_t>(w)] != 0) continue;
+      number[static_cast<std::size_t>(w)] = ++next;
+      queue.push_back(w);
+    }
+  }
+  for (int q = 1; q <= n; ++q)
+    number[static_cast<std::size_t>(q)] = n + 1 - number[static_cast<std::size_t>(q)];
+  return number;
+}
+
+void Set_Support_Equations(const Project& p, Mechanical_State& m) {
+  m.Supports.clear();
+  const int nodes = p.Mesh_Node.count();
+  for (const Support& s : p.Mesh_Support) {
+    Support_State st;
+    auto add_node = [&](int n) {
+      st.Dof[++st.Dof_Count] = 2 * n - 1;
+      st.Dof[++st.Dof_Count] = 2 * n;
+    };
+    if (s.Node_A >= 1 && s.Node_A <= nodes && s.Node_B >= 1 && s.Node_B <= nodes) {
+      st.Kind = Support_Kind::Side;
+      add_node(s.Node_A);
+      add_node(s.Node_B);
+    } else if (p.Mesh_Element.valid(s.Element)) {
+      st.Kind = Support_Kind::Element;
+      for (int i = 1; i <= Element_Corner_Dofs; ++i)
+        st.Dof[++st.Dof_Count] = m.Element_Dof[s.Element][i];
+      Corner_Weights(s.Local_X, s.Local_Y, st.Weight);
+    } else if (s.Node_A >= 1 && s.Node_A <= nodes) {
+      st.Kind = Support_Kind::Node;
+      add_node(s.Node_A);
+    }
+    m.Supports.add(st);
+  }
+}
+
+}  // namespace
+
+const Material* Mechanical_Material(const Project& p, const Run_State& run, int element) {
+  const int number = run.Element_Material.valid(element) ? run.Element_Material[element] : 0;
+  if (!p.Material.valid(number) || !p.Material[number].Has_Mechanical) return nullptr;
+  return &p.Material[number];
+}
+
+double Mechanical_Maturity(const Material& m, const Point_State& s, bool end_of_step) {
+  if (m.Has_Maturity_Law && m.Dutch_Active)
+    return end_of_step ? s.Weighted_Maturity_New : s.Weighted_Maturity_Old;
+  return end_of_step ? s.Maturity_New : s.Maturity_Old;
+}
+
+void Set_Mechanical_Equations(const Project& p, Mechanical_State& m, const Event_Pump& pump) {
+  const int nodes = p.Mesh_Node.count();
+  const int elements = p.Mesh_Element.count();
+  const int n = 2 * nodes;
+  m.Node_Equations = n;
+  m.Out_Of_Plane_Unknowns = Section_Of(p).Form == Section_Form::Generalised_Plane_Strain;
+  m.Element_Dof.resize(elements);
+  for (int e = 1; e <= elements; ++e)
+    for (int c = 1; c <= 4; ++c) {
+      const int node = p.Mesh_Element[e].Corner[c];
+      m.Element_Dof[e][2 * c - 1] = 2 * node - 1;
+      m.Element_Dof[e][2 * c] = 2 * node;
+    }
+  Set_Support_Equations(p, m);
+
+  // The equations that share an element, in element order and within an element in the order of
+  // its unknowns; then those that share a support, so that no support term falls outside the profile.
+  std::vector<std::vector<std::int32_t>> node_elements(static_cast<std::size_t>(nodes) + 1);
+  for (int e = 1; e <= elements; ++e)
+    for (int c = 1; c <= 4; ++c) {
+      const int node = p.Mesh_Element[e].Corner[c];
+      if (node < 1 || node > nodes) continue;
+      auto& list = node_elements[static_cast<std::size_t>(node)];
+      if (list.empty() || list.back() != e) list.push_back(e);
+    }
+  std::vector<std::vector<std::int32_t>> adjacency(static_cast<std::size_t>(n) + 1);
+  std::vector<std::int32_t> listed_for(static_cast<std::size_t>(n) + 1, 0);
+  for (int q = 1; q <= n; ++q) {
+    auto& list = adjacency[static_cast<std::size_t>(q)];
+    for (std::int32_t e : node_elements[static_cast<std::size_t>((q + 1) / 2)])
+      for (int i = 1; i <= Element_Corner_Dofs; ++i) {
+        const int w = m.Element_Dof[e][i];
+        if (w == q || w < 1 || w > n || listed_for[static_cast<std::size_t>(w)] == q) continue;
+        listed_for[static_cast<std::size_t>(w)] = q;
+        list.push_back(w);
+      }
+    if (pump) pump();
+  }
+  for (const Support_State& st : m.Supports)
+    for (int i = 1; i <= st.Dof_Count; ++i)
+      for (int j = 1; j <= st.Dof_Count; ++j) {
+        const int a = st.Dof[i], b = st.Dof[j];
+        auto& list = adjacency[static_cast<std::size_t>(a)];
+        if (a != b && std::find(list.begin(), list.end(), b) == list.end()) list.push_back(b);
+      }
+  Sort_By_Degree(adjacency);
+  const std::vector<std::int32_t> number = Reversed_Cuthill_McKee(adjacency, n);
+
+  // Column heights: from the lowest place among an equation's neighbours down to its own.
+  const int total = n + (m.Out_Of_Plane_Unknowns ? 3 : 0);
+  m.Equations = total;
+  m.Renumber.resize(total);
+  std::vector<std::int32_t> top(static_cast<std::size_t>(n) + 1, 0);
+  for (int q = 1; q <= n; ++q) {
+    const int c = number[static_cast<std::size_t>(q)];
+    m.Renumber[q] = c;
+    int low = c;
+    for (std::int32_t w : adjacency[static_cast<std::size_t>(q)])
+      low = std::min(low, static_cast<int>(number[static_cast<std::size_t>(w)]));
+    top[static_cast<std::size_t>(c)] = low;
+  }
+  m.Column_Pointer.assign(static_cast<std::size_t>(total) + 1, 0);
+  for (int c = 1; c <= n; ++c)
+    m.Column_Pointer[static_cast<std::size_t>(c)] =
+        m.Column_Pointer[static_cast<std::size_t>(c - 1)] + (c - top[static_cast<std::size_t>(c)]) + 1;
+  // The out-of-plane unknowns belong to every element: full columns behind the rest.
+  for (int c = n + 1; c <= total; ++c) {
+    m.Renumber[c] = c;
+    m.Column_Pointer[static_cast<std::size_t>(c)] = m.Column_Pointer[static_cast<std::size_t>(c - 1)] + c;
+  }
+  m.Profile_Size = m.Column_Pointer[static_cast<std::size_t>(total)];
+  m.Max_Column_Height = 0;
+  for (int c = 1; c <= total; ++c)
+    m.Max_Column_Height =
+        std::max(m.Max_Column_Height, m.Column_Pointer[static_cast<std::size_t>(c)] -
+                                          m.Column_Pointer[static_cast<std::size_t>(c - 1)]);
+}
+
+void Allocate_Mechanical_Arrays(const Project& p, Mechanical_State& m) {
+  m.Matrix.resize(m.Profile_Size);
+  for (Table<double>* v : {&m.External, &m.Internal, &m.Iteration, &m.Total, &m.Start, &m.Step})
+    v->resize(m.Equations);
+  m.Held.resize(m.Equations);
+  const int elements = p.Mesh_Element.count();
+  m.Points.assign(static_cast<std::size_t>(4 * elements + 1), Mech_Point{});
+  m.Strength_Factor.resize(elements, 1.0);
+  m.Volume_Factor.resize(elements, 1.0);
+  const auto size = [](std::int64_t n) { return static_cast<std::size_t>(std::max<std::int64_t>(n, 0)); };
+  m.Out_Displacement.assign(size(2 * (std::int64_t{p.Mesh_Node.count()} + p.Doubled_Node_Count)), 0.0);
+  m.Out_Corner_Stress.assign(size(16 * std::int64_t{elements}), 0.0);
+  m.Out_Crack_Opening.assign(size(4 * std::int64_t{elements}), 0.0);
+  m.Out_Reaction.assign(size(p.Mesh_Support.count()), 0.0);
+  m.Out_Interface.assign(size(4 * std::int64_t{p.Mesh_Interface.count()}), 0.0);
+  m.Out_Bar.assign(size(5 * std::int64_t{p.Mesh_Rebar.count()}), 0.0);
+}
+
+void Set_Mechanical_Initial_State(const Project& p, Run_State& run) {
+  Mechanical_State& m = run.Mechanics;
+  for (Table<double>* v : {&m.External, &m.Internal, &m.Iteration, &m.Total, &m.Start, &m.Step})
+    std::fill(v->begin(), v->end(), 0.0);
+  std::fill(m.Held.begin(), m.Held.end(), std::int16_t{0});
+  std::fill(m.Points.begin(), m.Points.end(), Mech_Point{});
+  for (Support_State& s : m.Supports) {
+    s.Offset = 0;
+    s.Offset_Taken = false;
+    s.Reaction = 0;
+    s.Displacement = 0;
+  }
+  // The random variation of the strengths belongs with the crack law; until then every element
+  // has the strengths of its material.
+  std::fill(m.Strength_Factor.begin(), m.Strength_Factor.end(), 1.0);
+  std::fill(m.Volume_Factor.begin(), m.Volume_Factor.end(), 1.0);
+  m.Iterations = 0;
+  Update_Mechanical_End_Of_Step(p, run);
+}
+
+void Set_Free_Strains(const Project& p, Run_State& run) {
+  Mechanical_State& m = run.Mechanics;
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const Material* material = Mechanical_Material(p, run, e);
+    if (!material) continue;
+    const Mesh_Element& element = p.Mesh_Element[e];
+    double T0[4], T1[4], H0[4], H1[4];
+    Corner_Values(run, element, run.Temperature_Old, T0);
+    Corner_Values(run, element, run.Temperature_New, T1);
+    Corner_Values(run, element, run.Moisture_Old, H0);
+    Corner_Values(run, element, run.Moisture_New, H1);
+    for (int k = 1; k <= 4; ++k) {
+      const double Ts = Interpolate_To_Point(T0, k), Te = Interpolate_To_Point(T1, k);
+      const double Hs = Interpolate_To_Point(H0, k), He = Interpolate_To_Point(H1, k);
+      const double T = (Ts + Te) / 2, H_change = He - Hs;
+      const Point_State& s = Point(run, e, k);
+      const double M = Mean_Maturity(*material, s);
+      // The autogenous part follows the corner's own temperatures, the others the point's.
+      const double autogenous =
+          Property(material->Autogeneous_Dilatation, T1[k - 1], Mechanical_Maturity(*material, s, true)) -
+          Property(material->Autogeneous_Dilatation, T0[k - 1], Mechanical_Maturity(*material, s, false));
+      Mech(m, e, k).Free_Strain = Property(material->Thermal_Dilatation, T, M) * (Te - Ts) + autogenous +
+                                  Property(material->Hygral_Dilatation, T, M) * H_change;
+    }
+  }
+}
+
+void Assemble_Mechanical_Stiffness(const Project& p, Run_State& run, double dt) {
+  Mechanical_State& m = run.Mechanics;
+  std::fill(m.Matrix.begin(), m.Matrix.end(), 0.0);
+  std::fill(m.External.begin(), m.External.end(), 0.0);
+  const Section section = Section_Of(p);
+  const int dofs = Element_Dof_Count(section);
+  const bool plane_stress = section.Form == Section_Form::Plane_Stress;
+  const float now = static_cast<float>(run.Mid_Step_Time);
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const Material* material = Active_Material(p, run, e);
+    if (!material) continue;
+    const Mesh_Element& element = p.Mesh_Element[e];
+    int places[Max_Element_Dofs];
+    Element_Places(m, e, dofs, places);
+    const double unit_weight = now > element.Dead_Weight_At ? material->Dead_Weight * 9.81 / 1e9 : 0.0;
+    const Corner_Coordinates corners = Corners_Of(p, element);
+    double T0[4], T1[4];
+    Corner_Values(run, element, run.Temperature_Old, T0);
+    Corner_Values(run, element, run.Temperature_New, T1);
+    double K[Max_Element_Dofs][Max_Element_Dofs] = {};
+    double weight_of_point[4];
+    for (int k = 1; k <= 4; ++k) {
+      const double T = (T0[k - 1] + T1[k - 1]) / 2;
+      const double M = Mean_Maturity(*material, Point(run, e, k));
+      Strain_Operator B;
+      double weight, thickness;
+      Element_B_Matrix(corners, section, k, element.Thickness, B, weight, thickness);
+      Elastic_Matrices em;
+      Set_Elastic_Matrices(Property(material->Nu, T, M), plane_stress, em);
+      // A softening point will scale D here by its stiffness factor once cracking is computed.
+      const double factor = thickness * weight *
+                            Effective_Modulus(*material, Point_Conditions{Property(material->E, T, M), dt});
+      double DB[4][Max_Element_Dofs] = {};
+      for (int i = 0; i < 4; ++i)
+        for (int j = 0; j < dofs; ++j)
+          for (int l = 0; l < 4; ++l)
+            DB[i][j] += em.D[i][l] * B.B[l][j];
+      for (int i = 0; i < dofs; ++i)
+        for (int j = 0; j < dofs; ++j) {
+          double sum = 0;
+          for (int l = 0; l < 4; ++l)
+            sum += B.B[l][i] * DB[l][j];
+          K[i][j] += factor * sum;
+        }
+      weight_of_point[k - 1] = thickness * weight * unit_weight;
+    }
+    // Upper profile only; an unknown that occurs twice in an element sums both of its terms.
+    for (int i = 0; i < dofs; ++i)
+      for (int j = 0; j < dofs; ++j)
+        if (places[i] <= places[j]) m.Matrix[Profile_Entry(m, places[i], places[j])] += K[i][j];
+    // The weight of a point goes down at the corner of its number.
+    for (int k = 0; k < 4; ++k)
+      m.External[places[2 * k + 1]] -= weight_of_point[k];
+  }
+}
+
+void Set_Iteration_Load(Run_State& run) {
+  Mechanical_State& m = run.Mechanics;
+  for (int k = 1; k <= m.Equations; ++k)
+    m.Iteration[k] = m.Held[k] != 0 ? 0.0 : m.External[k] - m.Internal[k];
+}
+
+void Compute_Element_Stresses(const Project& p, Run_State& run, double dt) {
+  Mechanical_State& m = run.Mechanics;
+  std::fill(m.Internal.begin(), m.Internal.end(), 0.0);
+  const Section section = Section_Of(p);
+  const int dofs = Element_Dof_Count(section);
+  const bool plane_stress = section.Form == Section_Form::Plane_Stress;
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const Material* material = Active_Material(p, run, e);
+    if (!material) continue;
+    const Mesh_Element& element = p.Mesh_Element[e];
+    int places[Max_Element_Dofs];
+    Element_Places(m, e, dofs, places);
+    double u[Max_Element_Dofs];
+    for (int i = 0; i < dofs; ++i)
+      u[i] = m.Step[places[i]];
+    const Corner_Coordinates corners = Corners_Of(p, element);
+    double T0[4], T1[4];
+    Corner_Values(run, element, run.Temperature_Old, T0);
+    Corner_Values(run, element, run.Temperature_New, T1);
+    const double strength = m.Strength_Factor[e];
+    for (int k = 1; k <= 4; ++k) {
+      Mech_Point& point = Mech(m, e, k);
+      const double T = (T0[k - 1] + T1[k - 1]) / 2;
+      const double M = Mean_Maturity(*material, Point(run, e, k));
+      point.Ft = Property(material->Ft, T, M) * strength;
+      point.Fc = Property(material->Fc, T, M) * strength;
+      point.Ft_Copy = point.Ft;
+
+      Strain_Operator B;
+      double weight, thickness;
+      Element_B_Matrix(corners, section, k, element.Thickness, B, weight, thickness);
+      Components strain{};
+      for (int i = 0; i < 4; ++i)
+        for (int j = 0; j < dofs; ++j)
+          strain[static_cast<std::size_t>(i)] += B.B[i][j] * u[j];
+      // The free strain is isotropic: it takes nothing from the shear.
+      for (std::size_t i : {0u, 1u, 3u})
+        strain[i] -= point.Free_Strain;
+      for (std::size_t i = 0; i < 4; ++i)
+        point.Strain[0][i] = point.Strain_Start[0][i] + strain[i];
+
+      Elastic_Matrices em;
+      Set_Elastic_Matrices(Property(material->Nu, T, M), plane_stress, em);
+      Components unit{};
+      for (std::size_t i = 0; i < 4; ++i)
+        for (std::size_t j = 0; j < 4; ++j)
+          unit[i] += em.D[i][j] * strain[j];
+      Update_Point_Stress(*material, Point_Conditions{Property(material->E, T, M), dt}, unit, point);
+
+      const double factor = thickness * weight;
+      for (int i = 0; i < dofs; ++i) {
+        double sum = 0;
+        for (std::size_t j = 0; j < 4; ++j)
+          sum += B.B[j][i] * point.Stress[0][j];
+        m.Internal[places[i]] += factor * sum;
+      }
+    }
+  }
+}
+
+void Compute_Nodal_Stresses(const Project& p, Run_State& run, bool per_element) {
+  Mechanical_State& m = run.Mechanics;
+  const int elements = p.Mesh_Element.count();
+  std::vector<Components> sum;
+  std::vector<int> count;
+  std::vector<char> active(static_cast<std::size_t>(elements) + 1, 0);
+  if (!per_element) {
+    sum.assign(static_cast<std::size_t>(p.Mesh_Node.count()) + 1, Components{});
+    count.assign(sum.size(), 0);
+    for (int e = 1; e <= elements; ++e) {
+      if (!Active_Material(p, run, e)) continue;
+      active[static_cast<std::size_t>(e)] = 1;
+      for (int c = 1; c <= 4; ++c) {
+        const auto node = static_cast<std::size_t>(p.Mesh_Element[e].Corner[c]);
+        for (std::size_t i = 0; i < 4; ++i)
+          sum[node][i] += Mech(m, e, c).Stress[0][i];
+        ++count[node];
+      }
+    }
+  }
+  for (int e = 1; e <= elements; ++e)
+    for (int c = 1; c <= 4; ++c) {
+      const auto node = static_cast<std::size_t>(p.Mesh_Element[e].Corner[c]);
+      const bool averaged = !per_element && active[static_cast<std::size_t>(e)] && count[node] > 0;
+      for (std::size_t i = 0; i < 4; ++i)
+        m.Out_Corner_Stress[static_cast<std::size_t>(16 * (e - 1) + 4 * (c - 1)) + i] =
+            averaged ? sum[node][i] / count[node] : Mech(m, e, c).Stress[0][i];
+    }
+}
+
+void Update_Mechanical_End_Of_Step(const Project& p, Run_State& run) {
+  Mechanical_State& m = run.Mechanics;
+  m.Start = m.Total;
+  std::fill(m.Step.begin(), m.Step.end(), 0.0);
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const Material* material = Mechanical_Material(p, run, e);
+    if (!material) continue;
+    const Mesh_Element& element = p.Mesh_Element[e];
+    for (int k = 1; k <= 4; ++k) {
+      Mech_Point& point = Mech(m, e, k);
+      point.Stress_Start = point.Stress;
+      point.Strain_Start = point.Strain;
+      point.Creep_Strain_Start = point.Creep_Strain;
+      point.Stiffness_Factor_Start = point.Stiffness_Factor;
+      const double T = run.Temperature_New[run.Numbering.Node_Equation[element.Corner[k]]];
+      const double M = Mechanical_Maturity(*material, Point(run, e, k), true);
+      point.Ft = Property(material->Ft, T, M) * m.Strength_Factor[e];
+      point.Fc = Property(material->Fc, T, M) * m.Strength_Factor[e];
+    }
+  }
+}
+
+}  // namespace pvx
