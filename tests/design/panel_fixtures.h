@@ -1,9 +1,21 @@
-// Small design models for the panel tests, laid out so that every answer can be worked by hand.
+// Small design models for the panel tests, laid out so that every answer can be worked by hand,
+// and the panel's headers they use.
 #pragma once
+
+#include <initializer_list>
+#include <utility>
 
 #include "app/project.h"
 #include "design/panel.h"
+#include "design/panel_delete.h"
+#include "design/panel_edit.h"
+#include "design/panel_pick.h"
 #include "design/panel_snap.h"
+#include "design/panel_undo.h"
+
+// Designated initializers leave the members they do not name at their defaults, as intended in
+// these tests.
+#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
 
 namespace pvx::test {
 
@@ -24,6 +36,17 @@ inline void Point_At(const Project& p, Design_Panel& panel, double x, double y) 
   Snap_Position(p, panel, x, y);
 }
 
+// A left click of the macro mode at (x, y).
+inline Macro_Click Click(Project& p, Design_Panel& panel, double x, double y) {
+  Point_At(p, panel, x, y);
+  return Macro_Mouse_Down(p, panel);
+}
+
+inline void Add_Nodes(Project& p, std::initializer_list<std::pair<double, double>> points) {
+  for (auto [x, y] : points)
+    Add_Node(p, x, y);
+}
+
 inline Macro Quad(int a, int b, int c, int d) {
   Macro m;
   m.Material = "C30";
@@ -32,14 +55,12 @@ inline Macro Quad(int a, int b, int c, int d) {
   return m;
 }
 
-// Two unit squares of 100 mm side by side: nodes 1 (0,0), 2 (100,0), 3 (100,100), 4 (0,100),
+// Two squares of 100 mm side by side: nodes 1 (0,0), 2 (100,0), 3 (100,100), 4 (0,100),
 // 5 (200,0), 6 (200,100); macro 1 is 1-2-3-4 and macro 2 is 2-5-6-3, so side 2 of macro 1 (2 to 3)
 // is side 4 of macro 2 (3 to 2).
 inline Project Two_Squares(Design_Panel& panel) {
   Project p = Plain_Project(panel);
-  for (auto [x, y] :
-       {std::pair{0.0, 0.0}, {100.0, 0.0}, {100.0, 100.0}, {0.0, 100.0}, {200.0, 0.0}, {200.0, 100.0}})
-    Add_Node(p, x, y);
+  Add_Nodes(p, {{0, 0}, {100, 0}, {100, 100}, {0, 100}, {200, 0}, {200, 100}});
   p.Macro.add(Quad(1, 2, 3, 4));
   p.Macro.add(Quad(2, 5, 6, 3));
   return p;

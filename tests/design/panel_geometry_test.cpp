@@ -1,338 +1,222 @@
-// Snapping, nearest node, macro and side picking of the design panel on small models worked by hand.
+// Snapping and the grid settings, nearest node, macro and side picking of the design panel on small
+// models worked by hand.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <tuple>
 
-#include "design/panel_edit.h"
-#include "design/panel_pick.h"
 #include "panel_fixtures.h"
 
 namespace pvx {
 namespace {
 
-using test::Plain_Project;
-using test::Point_At;
-using test::Two_Squares;
+using namespace test;
 
-TEST(Panel_Modes, Words_Captions_And_Buttons_Agree) {
+TEST(Snap_Position, SnapSizeThenGridThenTenthsOfAMillimetre) {
   Design_Panel panel;
-  EXPECT_EQ(panel.Mode, Design_Mode::Free);
-  EXPECT_STREQ(Mode_Panel_Caption(Design_Mode::Free), "No mode");
-  EXPECT_STREQ(Mode_Button_Caption(Design_Mode::Free), "Out of plane");
-  EXPECT_STREQ(Mode_Word(Design_Mode::BorderT), "BorderT");
-  EXPECT_STREQ(Mode_Button_Caption(Design_Mode::BorderT), "Convection and Radiation");
-  EXPECT_STREQ(Mode_Panel_Caption(Design_Mode::Point_T), "Mode prescribed temperatures in points");
-  EXPECT_STREQ(Mode_Button_Caption(Design_Mode::BorderH), "Transfer/ pressure");
-  int distinct_words = 0;
-  for (int i = 0; i < Design_Mode_Count; ++i) {
-    Design_Mode found = Design_Mode::Free;
-    ASSERT_TRUE(Find_Mode(Mode_Word(Mode_Of_Button(i)), found)) << i;
-    EXPECT_EQ(found, Mode_Of_Button(i));
-    distinct_words += found == Mode_Of_Button(i);
+  Project p = Plain_Project(panel);
+  // The circular grid: centre (100, 200), radii 1000 and 500, 0 to 90 degrees by 15.
+  std::tie(p.Circ_X_Center, p.Circ_Y_Center, p.Circ_Outer_Radius, p.Circ_Inner_Radius, p.Circ_Start_Angle,
+           p.Circ_Angle_Increment) = std::tuple(100, 200, 1000, 500, 0, 15);
+  const double deg = 3.14159265358979 / 180, n = NAN;
+  auto x_at = [&](double r, double degrees) { return 100 + r * std::cos(degrees * deg); };
+  auto y_at = [&](double r, double degrees) { return 200 + r * std::sin(degrees * deg); };
+  // Snap size, snap on grid, rectangular and circular grid on, X and Y increments, end angle; the
+  // pointer; the position rounded to the snap size (NAN: not checked) and the snapped one.
+  // - 1.13 / 0.25 = 4.52 -> 5 -> 1.25; 2.37 / 0.25 = 9.48 -> 9 -> 2.25; then tenths, halves to even.
+  // - The grid is ignored while "Snap on Grid" is off.
+  // - (149, 251) -> (150, 250) -> 1.5 and 6.25 increments -> 2 and 6 -> (200, 240); 250 / 100 = 2.5
+  //   -> 2; -61 -> -60 -> -1.5 increments -> -2 -> -80. The rectangular grid goes first.
+  // - An increment that is no multiple of the snap size: 37 -> 40 -> 1.08 x 37 -> 37 -> 40.
+  // - At 28 degrees and radius 980 the outer point at 30 degrees, (100 + 866.03, 200 + 500); at 47
+  //   degrees and radius 520 the inner point at 45 degrees, 353.55 from the centre each way; far
+  //   below the centre the start of the inner circle; with an end angle between steps
+  //   round(100 / 15) = 7 steps go up to 105 degrees: (100 - 258.82, 200 + 965.93).
+  // clang-format off
+  const std::array<double, 13> rows[] = {
+      {10, 0, 0, 0, 100, 100, 90, 1234.56, -47, 1230, -50, 1230, -50},
+      {0.25, 0, 0, 0, 100, 100, 90, 1.13, 2.37, 1.25, 2.25, 1.2, 2.2},
+      {10, 0, 1, 0, 100, 100, 90, 149, 251, 150, 250, 150, 250},
+      {10, 1, 1, 1, 100, 40, 90, 149, 251, 150, 250, 200, 240},
+      {10, 1, 1, 1, 100, 40, 90, 251, -61, 250, -60, 200, -80},
+      {10, 1, 1, 0, 37, 40, 90, 37, 0, 40, 0, 40, 0},
+      {1, 1, 0, 1, 100, 100, 90, x_at(980, 28), y_at(980, 28), n, n, 966, 700},
+      {1, 1, 0, 1, 100, 100, 90, x_at(520, 47), y_at(520, 47), n, n, 454, 554},
+      {1, 1, 0, 1, 100, 100, 90, 600, -3000, 600, -3000, 600, 200},
+      {1, 1, 0, 1, 100, 100, 100, x_at(1000, 106), y_at(1000, 106), n, n, -159, 1166},
+      {1, 0, 0, 1, 100, 100, 90, 600, -3000, 600, -3000, 600, -3000}};
+  // clang-format on
+  for (const auto& [snap, on_grid, rect, circ, gx, gy, end, x, y, mouse_x, mouse_y, snap_x, snap_y] : rows) {
+    std::tie(p.Snap_Size, p.Grid_X_Increment, p.Grid_Y_Increment, p.Circ_End_Angle) =
+        std::tie(snap, gx, gy, end);
+    std::tie(p.Snap_Mode, p.Rect_Grid_Snap, p.Circ_Grid_Snap) =
+        std::tuple(on_grid, As_Flag(rect), As_Flag(circ));
+    Point_At(p, panel, x, y);
+    SCOPED_TRACE(testing::Message() << x << ", " << y);
+    EXPECT_TRUE(std::isnan(mouse_x) || (panel.Mouse_X == mouse_x && panel.Mouse_Y == mouse_y))
+        << panel.Mouse_X << ", " << panel.Mouse_Y;
+    EXPECT_NEAR(panel.Snap_X, snap_x, 1e-12);
+    EXPECT_NEAR(panel.Snap_Y, snap_y, 1e-12);
   }
-  EXPECT_EQ(distinct_words, 15);
-  Design_Mode mode = Design_Mode::Nodes;
-  EXPECT_FALSE(Find_Mode("nodes", mode));  // words are exact
 }
 
-TEST(Snap_Position, Snap_Size_Then_Tenth_Of_A_Millimetre) {
+TEST(Closest_Node, NearestFirstOnEqualDistanceWithinTheMouseRadiusInPixels) {
   Design_Panel panel;
   Project p = Plain_Project(panel);
-  Point_At(p, panel, 1234.56, -47);
-  EXPECT_EQ(panel.Mouse_X, 1230);
-  EXPECT_EQ(panel.Mouse_Y, -50);
-  EXPECT_EQ(panel.Snap_X, 1230);
-  EXPECT_EQ(panel.Snap_Y, -50);
-  // 1.13 / 0.25 = 4.52 -> 5 -> 1.25; 2.37 / 0.25 = 9.48 -> 9 -> 2.25; then tenths, halves to even.
-  p.Snap_Size = 0.25;
-  Point_At(p, panel, 1.13, 2.37);
-  EXPECT_DOUBLE_EQ(panel.Mouse_X, 1.25);
-  EXPECT_DOUBLE_EQ(panel.Mouse_Y, 2.25);
-  EXPECT_DOUBLE_EQ(panel.Snap_X, 1.2);
-  EXPECT_DOUBLE_EQ(panel.Snap_Y, 2.2);
-  // The grid is ignored while "Snap on Grid" is off.
-  p.Snap_Size = 10;
-  p.Rect_Grid_Snap = True_Flag;
-  p.Grid_X_Increment = p.Grid_Y_Increment = 100;
-  Point_At(p, panel, 149, 251);
-  EXPECT_EQ(panel.Snap_X, 150);
-  EXPECT_EQ(panel.Snap_Y, 250);
-}
-
-TEST(Snap_Position, Rectangular_Grid_Rounds_Halves_To_Even) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
-  p.Snap_Mode = 1;
-  p.Rect_Grid_Snap = True_Flag;
-  p.Circ_Grid_Snap = True_Flag;  // the rectangular grid goes first
-  p.Grid_X_Increment = 100;
-  p.Grid_Y_Increment = 40;
-  // (149, 251) -> snap size (150, 250) -> 1.5 and 6.25 increments -> 2 and 6 -> (200, 240).
-  Point_At(p, panel, 149, 251);
-  EXPECT_EQ(panel.Mouse_X, 150);
-  EXPECT_EQ(panel.Mouse_Y, 250);
-  EXPECT_EQ(panel.Snap_X, 200);
-  EXPECT_EQ(panel.Snap_Y, 240);
-  // 250 / 100 = 2.5 -> 2; -61 -> -60 -> -1.5 increments -> -2 -> -80.
-  Point_At(p, panel, 251, -61);
-  EXPECT_EQ(panel.Snap_X, 200);
-  EXPECT_EQ(panel.Snap_Y, -80);
-  // An increment that is no multiple of the snap size: 37 -> 40 -> 1.08 x 37 -> 37 -> 40.
-  p.Grid_X_Increment = 37;
-  Point_At(p, panel, 37, 0);
-  EXPECT_EQ(panel.Snap_X, 40);
-}
-
-TEST(Snap_Position, Circular_Grid_Takes_The_Nearest_Point_Of_Either_Circle) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
-  p.Snap_Size = 1;
-  p.Snap_Mode = 1;
-  p.Rect_Grid_Snap = False_Flag;
-  p.Circ_Grid_Snap = True_Flag;
-  p.Circ_X_Center = 100;
-  p.Circ_Y_Center = 200;
-  p.Circ_Outer_Radius = 1000;
-  p.Circ_Inner_Radius = 500;
-  p.Circ_Start_Angle = 0;
-  p.Circ_End_Angle = 90;
-  p.Circ_Angle_Increment = 15;
-  const double deg = 3.14159265358979 / 180;
-  // At 28 degrees and radius 980: the outer point at 30 degrees, (100 + 866.03, 200 + 500).
-  Point_At(p, panel, 100 + 980 * std::cos(28 * deg), 200 + 980 * std::sin(28 * deg));
-  EXPECT_EQ(panel.Snap_X, 966);
-  EXPECT_EQ(panel.Snap_Y, 700);
-  // At 47 degrees and radius 520: the inner point at 45 degrees, 353.55 from the centre each way.
-  Point_At(p, panel, 100 + 520 * std::cos(47 * deg), 200 + 520 * std::sin(47 * deg));
-  EXPECT_EQ(panel.Snap_X, 454);
-  EXPECT_EQ(panel.Snap_Y, 554);
-  // Far below the centre: the nearest is the start point of the inner circle, (600, 200).
-  Point_At(p, panel, 600, -3000);
-  EXPECT_EQ(panel.Snap_X, 600);
-  EXPECT_EQ(panel.Snap_Y, 200);
-  // An end angle between steps: n = round(100 / 15) = 7 points up to 105 degrees.
-  p.Circ_End_Angle = 100;
-  Point_At(p, panel, 100 + 1000 * std::cos(106 * deg), 200 + 1000 * std::sin(106 * deg));
-  EXPECT_EQ(panel.Snap_X, std::nearbyint(100 + 1000 * std::cos(105 * deg)));
-  EXPECT_EQ(panel.Snap_Y, std::nearbyint(200 + 1000 * std::sin(105 * deg)));
-}
-
-TEST(Position_Label, Two_Decimals_In_Display_Units) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
-  EXPECT_EQ(Position_Label(p, 1234.5), "1234.50");
-  EXPECT_EQ(Position_Label(p, -0.25), "-0.25");
-  p.Metric_Units = False_Flag;
-  EXPECT_EQ(Position_Label(p, 254), "10.00");  // 254 mm is 10 inches
-}
-
-TEST(Closest_Node, Nearest_First_On_Equal_Distance_And_None) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
-  Point_At(p, panel, 10, 0);
-  Closest_Node(p, panel);
-  EXPECT_EQ(panel.Closest_Node_Number, 0);
-  Add_Node(p, 0, 0);
-  Add_Node(p, 20, 0);
-  Closest_Node(p, panel);
-  EXPECT_EQ(panel.Closest_Node_Number, 1);  // both 10 mm away
-  Point_At(p, panel, 20, 10);
-  Closest_Node(p, panel);
-  EXPECT_EQ(panel.Closest_Node_Number, 2);
+  auto closest = [&](double x, double y) {
+    Point_At(p, panel, x, y);
+    Closest_Node(p, panel);
+    return panel.Closest_Node_Number;
+  };
+  EXPECT_EQ(closest(10, 0), 0);  // no nodes
+  Add_Nodes(p, {{0, 0}, {20, 0}});
+  EXPECT_EQ(closest(10, 0), 1);  // both 10 mm away
+  EXPECT_EQ(closest(20, 10), 2);
   // The raw position counts when asked for: the snapped one is 0, the raw one 20 (rounded to 10).
   p.Snap_Mode = 1;
   p.Rect_Grid_Snap = True_Flag;
   p.Grid_X_Increment = p.Grid_Y_Increment = 100;
-  Point_At(p, panel, 19, 0);
-  Closest_Node(p, panel);
-  EXPECT_EQ(panel.Closest_Node_Number, 1);
+  EXPECT_EQ(closest(19, 0), 1);
   panel.Use_Raw_Position = true;
-  Closest_Node(p, panel);
-  EXPECT_EQ(panel.Closest_Node_Number, 2);
-}
-
-TEST(Node_Selected, Within_The_Mouse_Radius_In_Pixels_On_Both_Axes) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
+  EXPECT_EQ(closest(19, 0), 2);
+  // 3 pixels are 6 mm at half a pixel per mm, on both axes.
+  p = Plain_Project(panel);
   p.Snap_Size = 0.1;
   Add_Node(p, 100, 100);
-  panel.Screen_Scale = 0.5;  // 3 pixels are 6 mm
-  Point_At(p, panel, 106, 94);
-  Closest_Node(p, panel);
-  EXPECT_TRUE(Node_Selected(p, panel));
-  Point_At(p, panel, 106.2, 100);
-  Closest_Node(p, panel);
-  EXPECT_FALSE(Node_Selected(p, panel));
+  panel.Screen_Scale = 0.5;
+  for (const auto& [x, y, selected] :
+       {std::tuple{106.0, 94.0, true}, {106.2, 100.0, false}, {100.0, 93.8, false}}) {
+    EXPECT_EQ(closest(x, y), 1);
+    EXPECT_EQ(Node_Selected(p, panel), selected) << x << " " << y;
+  }
 }
 
-TEST(Macro_Selected, Inside_Outside_And_The_First_Of_Overlapping) {
+TEST(Macro_Picking, InsideOutsideAndTheFirstOfOverlapping) {
   Design_Panel panel;
   Project p = Two_Squares(panel);
-  EXPECT_EQ(Macro_At(p, 50, 50), 1);
-  EXPECT_EQ(Macro_At(p, 150, 99), 2);
-  EXPECT_EQ(Macro_At(p, 250, 50), 0);
-  EXPECT_EQ(Macro_At(p, 50, -1), 0);
   // A concave quadrilateral (an arrow head): its notch is outside.
-  Add_Node(p, 300, 0);
-  Add_Node(p, 400, 50);
-  Add_Node(p, 300, 100);
-  Add_Node(p, 350, 50);
-  p.Macro.add(test::Quad(7, 8, 9, 10));
-  EXPECT_EQ(Macro_At(p, 320, 50), 0);
-  EXPECT_EQ(Macro_At(p, 370, 50), 3);
+  Add_Nodes(p, {{300, 0}, {400, 50}, {300, 100}, {350, 50}});
+  p.Macro.add(Quad(7, 8, 9, 10));
+  for (const auto& [x, y, macro] :
+       {std::tuple{50, 50, 1}, {150, 99, 2}, {250, 50, 0}, {50, -1, 0}, {320, 50, 0}, {370, 50, 3}})
+    EXPECT_EQ(Macro_At(p, x, y), macro) << x << " " << y;
   Point_At(p, panel, 150, 50);
   EXPECT_TRUE(Macro_Selected(p, panel));
   EXPECT_EQ(p.Current_Macro, 2);
 }
 
-TEST(Side_Picking, Across_Tolerance_In_Pixels_And_Half_Open_Along) {
+TEST(Side_Picking, AcrossWithinTheRadiusInPixelsAlongHalfOpen) {
   // Across: 5.9 mm at 0.5 pixel per mm is 2.95 pixels, within 3; 6 mm is 3 pixels, not below.
-  EXPECT_TRUE(Side_Hit(0, 0, 100, 0, 50, 5.9, 0.5, 3));
-  EXPECT_FALSE(Side_Hit(0, 0, 100, 0, 50, 6, 0.5, 3));
-  EXPECT_TRUE(Side_Hit(0, 0, 100, 0, 50, -5.9, 0.5, 3));
-  // Along: the start is on the side, the end is not.
-  EXPECT_TRUE(Side_Hit(0, 0, 100, 0, 0, 0, 0.5, 3));
-  EXPECT_FALSE(Side_Hit(0, 0, 100, 0, 100, 0, 0.5, 3));
-  EXPECT_FALSE(Side_Hit(0, 0, 100, 0, -0.1, 0, 0.5, 3));
-  // A slanted side: (30, 40) is 50 along (0, 0)-(60, 80); (34, 37) is 5 across it.
-  EXPECT_TRUE(Side_Hit(0, 0, 60, 80, 34, 37, 0.5, 3));
-  EXPECT_FALSE(Side_Hit(0, 0, 60, 80, 34, 37, 0.7, 3));
-  // A side of no length is never hit.
-  EXPECT_FALSE(Side_Hit(5, 5, 5, 5, 5, 5, 1, 3));
-}
+  // Along: the start is on the side, the end is not. (30, 40) is 50 along (0, 0)-(60, 80) and
+  // (34, 37) 5 across it. A side of no length is never hit.
+  // clang-format off
+  const std::array<double, 9> rows[] = {
+      {0, 0, 100, 0, 50, 5.9, 0.5, 3, 1}, {0, 0, 100, 0, 50, 6, 0.5, 3, 0},
+      {0, 0, 100, 0, 50, -5.9, 0.5, 3, 1}, {0, 0, 100, 0, 0, 0, 0.5, 3, 1},
+      {0, 0, 100, 0, 100, 0, 0.5, 3, 0}, {0, 0, 100, 0, -0.1, 0, 0.5, 3, 0},
+      {0, 0, 60, 80, 34, 37, 0.5, 3, 1}, {0, 0, 60, 80, 34, 37, 0.7, 3, 0}, {5, 5, 5, 5, 5, 5, 1, 3, 0}};
+  // clang-format on
+  for (const auto& [x1, y1, x2, y2, mx, my, scale, radius, hit] : rows)
+    EXPECT_EQ(Side_Hit(x1, y1, x2, y2, mx, my, scale, static_cast<float>(radius)), hit != 0)
+        << mx << " " << my;
 
-TEST(Side_Picking, A_Corner_Belongs_To_The_Side_That_Starts_There) {
+  // A corner belongs to the side that starts there.
   Design_Panel panel;
   Project p = Two_Squares(panel);
-  Macro_Side side;
-  Point_At(p, panel, 0, 0);
-  ASSERT_TRUE(Find_Macro_Side(p, panel, side));
-  EXPECT_EQ(side.Macro, 1);
-  EXPECT_EQ(side.Side, 1);       // side 4 ends at corner 1
-  Point_At(p, panel, 100, 100);  // corner 3 of macro 1: side 3 starts there
-  ASSERT_TRUE(Find_Macro_Side(p, panel, side));
-  EXPECT_EQ(side.Macro, 1);
-  EXPECT_EQ(side.Side, 3);
-  EXPECT_EQ(side.Node_A, 3);
-  EXPECT_EQ(side.Node_B, 4);
-  Point_At(p, panel, 200, 100);  // corner 3 of macro 2
-  ASSERT_TRUE(Find_Macro_Side(p, panel, side));
-  EXPECT_EQ(side.Macro, 2);
-  EXPECT_EQ(side.Side, 3);
-  Point_At(p, panel, 200, 50);
-  ASSERT_TRUE(Find_Macro_Side(p, panel, side));
-  EXPECT_EQ(side.Side, 2);
+  for (const auto& [x, y, macro, side, a, b] : {std::array<int, 6>{0, 0, 1, 1, 1, 2},
+                                                {100, 100, 1, 3, 3, 4},
+                                                {200, 100, 2, 3, 6, 3},
+                                                {200, 50, 2, 2, 5, 6},
+                                                {50, 100, 1, 3, 3, 4}}) {
+    Point_At(p, panel, x, y);
+    Macro_Side found;
+    ASSERT_TRUE(Find_Macro_Side(p, panel, found)) << x << " " << y;
+    EXPECT_EQ(std::tuple(found.Macro, found.Side, found.Node_A, found.Node_B), std::tuple(macro, side, a, b));
+  }
   Point_At(p, panel, 250, 50);
-  EXPECT_FALSE(Find_Macro_Side(p, panel, side));
+  Macro_Side none;
+  EXPECT_FALSE(Find_Macro_Side(p, panel, none));
 }
 
-TEST(Border_Selected, Existing_Border_First_Else_A_New_One_On_The_Side) {
+TEST(Side_Objects, ABorderOnceASideMatsOnceSupportsAndLoadsAlways) {
   Design_Panel panel;
   Project p = Two_Squares(panel);
   p.Mesh_Valid = True_Flag;
-  panel.Mode = Design_Mode::BorderT;
-  Point_At(p, panel, 50, 0);
-  ASSERT_TRUE(Border_Selected(p, panel));
-  ASSERT_EQ(p.Border.count(), 1);
-  EXPECT_EQ(p.Border[1].Node_A, 1);
-  EXPECT_EQ(p.Border[1].Node_B, 2);
-  EXPECT_NE(p.Border[1].Thermal_Active, 0);
-  EXPECT_EQ(p.Border[1].Hygral_Active, 0);
-  EXPECT_EQ(p.Border[1].Thermal_Periods.count(), 1);
-  EXPECT_EQ(p.Border[1].Thermal_Periods[1].Temperature_Function, 1);
-  EXPECT_EQ(p.Mesh_Valid, False_Flag);
-  panel.Mode = Design_Mode::BorderH;
-  Point_At(p, panel, 200, 50);
-  ASSERT_TRUE(Border_Selected(p, panel));
-  ASSERT_EQ(p.Border.count(), 2);
-  EXPECT_EQ(p.Border[2].Node_A, 5);
-  EXPECT_EQ(p.Border[2].Node_B, 6);
-  EXPECT_NE(p.Border[2].Hygral_Active, 0);
-  EXPECT_EQ(p.Current_Border, 2);
-  // The first side again: the border that is there, no second one.
-  Point_At(p, panel, 60, 0);
-  ASSERT_TRUE(Border_Selected(p, panel));
-  EXPECT_EQ(p.Border.count(), 2);
-  EXPECT_EQ(p.Current_Border, 1);
+  // A border made in a border mode is active in that mode; on a side that has one, that one is
+  // taken; inside a macro there is none.
+  for (const auto& [mode, x, y, count, current] : {std::tuple{Design_Mode::BorderT, 50, 0, 1, 1},
+                                                   {Design_Mode::BorderH, 200, 50, 2, 2},
+                                                   {Design_Mode::BorderH, 60, 0, 2, 1}}) {
+    panel.Mode = mode;
+    Point_At(p, panel, x, y);
+    ASSERT_TRUE(Border_Selected(p, panel));
+    EXPECT_EQ(std::tuple(p.Border.count(), p.Current_Border), std::tuple(count, current));
+  }
+  EXPECT_EQ(std::tuple(p.Border[1].Node_A, p.Border[1].Node_B, p.Border[1].Thermal_Active,
+                       p.Border[1].Hygral_Active),
+            std::tuple(1, 2, True_Flag, False_Flag));
+  EXPECT_EQ(std::tuple(p.Border[2].Node_A, p.Border[2].Node_B, p.Border[2].Hygral_Active),
+            std::tuple(5, 6, True_Flag));
+  EXPECT_EQ(std::tuple(p.Border[1].Thermal_Periods.count(), p.Mesh_Valid), std::tuple(1, False_Flag));
   Point_At(p, panel, 50, 50);
   EXPECT_FALSE(Border_Selected(p, panel));
   EXPECT_EQ(p.Border.count(), 2);
-}
 
-TEST(Prescribed_Border_Selected, Mats_Once_Per_Side_Supports_And_Loads_Always) {
-  Design_Panel panel;
-  Project p = Two_Squares(panel);
+  // A heating mat on the side of the pointer in either direction is taken; a new one runs with
+  // the side, until 1000 hours. Line supports and loads are added at every click.
   panel.Mode = Design_Mode::Line_T;
-  p.Line_T.add(Line_T{0, 500, 1, 2, 1});  // on side 1 of macro 1, against its direction
+  p.Line_T.add(Line_T{0, 500, 1, 2, 1});
   Point_At(p, panel, 50, 0);
   ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
-  EXPECT_EQ(p.Line_T.count(), 1);
-  EXPECT_EQ(panel.Current_Line_T, 1);
+  EXPECT_EQ(std::tuple(p.Line_T.count(), panel.Current_Line_T), std::tuple(1, 1));
   Point_At(p, panel, 0, 50);
   ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
   ASSERT_EQ(p.Line_T.count(), 2);
-  EXPECT_EQ(p.Line_T[2].Node_A, 4);
-  EXPECT_EQ(p.Line_T[2].Node_B, 1);
-  EXPECT_EQ(p.Line_T[2].Until, 1000);
-  panel.Mode = Design_Mode::Support_L;
+  EXPECT_EQ(std::tuple(p.Line_T[2].Node_A, p.Line_T[2].Node_B, p.Line_T[2].Until), std::tuple(4, 1, 1000.0));
   Point_At(p, panel, 50, 0);
-  ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
-  ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
-  EXPECT_EQ(p.Line_Support.count(), 2);
-  EXPECT_EQ(p.Line_Support[2].Angle, -90);
-  EXPECT_EQ(panel.Current_Line_Support, 2);
-  panel.Mode = Design_Mode::Load_L;
-  ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
-  EXPECT_EQ(p.Line_Load.count(), 1);
-  EXPECT_EQ(p.Line_Load[1].Node_A, 1);
-  // The existing ones of the mode under the pointer.
-  panel.Mode = Design_Mode::Support_L;
+  for (Design_Mode mode : {Design_Mode::Support_L, Design_Mode::Support_L, Design_Mode::Load_L}) {
+    panel.Mode = mode;
+    ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
+  }
+  EXPECT_EQ(std::tuple(p.Line_Support.count(), p.Line_Support[2].Angle, panel.Current_Line_Support),
+            std::tuple(2, -90.0, 2));
+  EXPECT_EQ(std::tuple(p.Line_Load.count(), p.Line_Load[1].Node_A), std::tuple(1, 1));
+  panel.Mode = Design_Mode::Support_L;  // the existing ones of the mode under the pointer
   ASSERT_TRUE(Prescribed_Border_Selected_E(p, panel));
   EXPECT_EQ(panel.Selection_List.count(), 2);
 }
 
-TEST(Interface_Selected, Only_Shared_Sides_With_Nodes_Ordered_By_X_Then_Y) {
+TEST(Interface_Selected, OnlySharedSidesWithNodesOrderedByXThenY) {
   Design_Panel panel;
-  Project p = test::Plain_Project(panel);
+  Project p = Plain_Project(panel);
   // Macro 1 = 1-3-2-4 runs its shared side from 3 (100, 0) up to 2 (100, 100): of equal X, the
-  // interface starts at the lower end, 3.
-  for (auto [x, y] :
-       {std::pair{0.0, 0.0}, {100.0, 100.0}, {100.0, 0.0}, {0.0, 100.0}, {200.0, 0.0}, {200.0, 100.0}})
-    Add_Node(p, x, y);
-  p.Macro.add(test::Quad(1, 3, 2, 4));
-  p.Macro.add(test::Quad(3, 5, 6, 2));
-  Material plain, layer;
-  plain.Name = "C30";
-  layer.Name = "Joint";
-  layer.Is_Interface = true;
-  p.Material.add(plain);
-  p.Material.add(layer);
+  // interface starts at the lower end, 3. Macro 3's side 1 (4 -> 2) is side 3 of macro 1 (2 -> 4):
+  // run from right to left in the first macro, it starts at the left end.
+  Add_Nodes(p, {{0, 0}, {100, 100}, {100, 0}, {0, 100}, {200, 0}, {200, 100}, {0, 200}, {100, 200}});
+  for (const auto& corners : {std::array{1, 3, 2, 4}, {3, 5, 6, 2}, {4, 2, 8, 7}})
+    p.Macro.add(Quad(corners[0], corners[1], corners[2], corners[3]));
+  p.Material.add(Material{.Name = "C30"});
+  p.Material.add(Material{.Name = "Joint", .Is_Interface = true});
   panel.Mode = Design_Mode::Interfaces;
   Point_At(p, panel, 50, 0);
   EXPECT_FALSE(Interface_Selected(p, panel));  // an outer side
   Point_At(p, panel, 100, 50);
-  ASSERT_TRUE(Interface_Selected(p, panel));
+  ASSERT_TRUE(Interface_Selected(p, panel) && Interface_Selected(p, panel));
   ASSERT_EQ(p.Interface.count(), 1);
-  EXPECT_EQ(p.Interface[1].Node_A, 3);
-  EXPECT_EQ(p.Interface[1].Node_B, 2);
-  EXPECT_EQ(p.Interface[1].Layer_Material, "Joint");
-  ASSERT_TRUE(Interface_Selected(p, panel));
-  EXPECT_EQ(p.Interface.count(), 1);
-  // A horizontal shared side run from right to left in the first macro: Node_A is the left end.
-  Add_Node(p, 0, 200);                  // 7
-  Add_Node(p, 100, 200);                // 8
-  p.Macro.add(test::Quad(4, 2, 8, 7));  // its side 1 (4 -> 2) is side 3 of macro 1 (2 -> 4)
+  EXPECT_EQ(std::tuple(p.Interface[1].Node_A, p.Interface[1].Node_B, p.Interface[1].Layer_Material),
+            std::tuple(3, 2, "Joint"));
   p.Interface[1].Layer_Material = "Kept";
   Point_At(p, panel, 50, 100);
   ASSERT_TRUE(Interface_Selected(p, panel));
   ASSERT_EQ(p.Interface.count(), 2);
-  EXPECT_EQ(p.Interface[2].Node_A, 4);
-  EXPECT_EQ(p.Interface[2].Node_B, 2);
-  EXPECT_EQ(p.Interface[2].Layer_Material, "Kept");  // a copy of the last entry
-  EXPECT_EQ(panel.Current_Interface, 2);
+  // A copy of the last entry.
+  EXPECT_EQ(std::tuple(p.Interface[2].Node_A, p.Interface[2].Node_B, p.Interface[2].Layer_Material,
+                       panel.Current_Interface),
+            std::tuple(4, 2, "Kept", 2));
 }
 
-TEST(Point_Objects, Collected_Within_The_Radius_And_The_Last_Is_Current) {
+TEST(Point_Objects, CollectedWithinTheRadiusTheLastIsCurrentAndBarsByTheSideRule) {
   Design_Panel panel;
   Project p = Plain_Project(panel);
   p.Snap_Size = 1;
@@ -341,42 +225,87 @@ TEST(Point_Objects, Collected_Within_The_Radius_And_The_Last_Is_Current) {
     Point_At(p, panel, x, 50);
     Add_Point_Object(p, panel);
   }
-  EXPECT_EQ(p.Point_Support[2].X, 102);
-  EXPECT_EQ(p.Point_Support[2].Angle, -90);
+  EXPECT_EQ(std::tuple(p.Point_Support[2].X, p.Point_Support[2].Angle), std::tuple(102.0, -90.0));
   Point_At(p, panel, 101, 52);
   ASSERT_TRUE(Prescribed_Node_Selected_E(p, panel));
-  ASSERT_EQ(panel.Selection_List.count(), 2);
-  EXPECT_EQ(panel.Selection_List[1], 1);
-  EXPECT_EQ(panel.Selection_List[2], 2);
-  EXPECT_EQ(panel.Current_Point_Support, 2);
+  EXPECT_EQ(std::tuple(panel.Selection_List, panel.Current_Point_Support),
+            std::tuple(Table<std::int16_t>{1, 2}, 2));
   Point_At(p, panel, 101, 54);  // 4 pixels off in Y
   EXPECT_FALSE(Prescribed_Node_Selected_E(p, panel));
   panel.Mode = Design_Mode::Area_T;
   Add_Area(p, panel, 300, 200, 100, 0);
-  EXPECT_EQ(p.Area_T[1].X1, 100);
-  EXPECT_EQ(p.Area_T[1].Y2, 200);
-  Point_At(p, panel, 150, 150);
-  EXPECT_TRUE(Prescribed_Area_Selected_E(p, panel));
-  Point_At(p, panel, 304, 150);
-  EXPECT_FALSE(Prescribed_Area_Selected_E(p, panel));
-}
-
-TEST(Add_Bar, Length_Direction_And_The_Zero_Length_Bar) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
+  EXPECT_EQ(std::tuple(p.Area_T[1].X1, p.Area_T[1].Y1, p.Area_T[1].X2, p.Area_T[1].Y2),
+            std::tuple(100, 0, 300, 200));
+  for (const auto& [x, selected] : {std::pair{150.0, true}, {302.0, true}, {304.0, false}}) {
+    Point_At(p, panel, x, 150);
+    EXPECT_EQ(Prescribed_Area_Selected_E(p, panel), selected) << x;
+  }
+  // A bar: its length and direction, the one of no length 100 along X, a copy of its predecessor.
   Add_Bar(p, 0, 0, 30, 40);
-  EXPECT_DOUBLE_EQ(p.Rebar[1].Length, 50);
-  EXPECT_DOUBLE_EQ(p.Rebar[1].Direction_Cos, 0.6);
-  EXPECT_DOUBLE_EQ(p.Rebar[1].Direction_Sin, 0.8);
   p.Rebar[1].Diameter = 25;
   Add_Bar(p, 10, 10, 10, 10);
-  EXPECT_EQ(p.Rebar[2].Length, 100);
-  EXPECT_EQ(p.Rebar[2].Direction_Cos, 1);
-  EXPECT_EQ(p.Rebar[2].Direction_Sin, 0);
-  EXPECT_EQ(p.Rebar[2].Diameter, 25);  // a bar starts as its predecessor
-  Point_At(p, panel, 20, 30);          // 36 mm along the first bar, 2 mm across
+  EXPECT_EQ(std::tuple(p.Rebar[1].Length, p.Rebar[1].Direction_Cos, p.Rebar[1].Direction_Sin),
+            std::tuple(50.0, 0.6, 0.8));
+  EXPECT_EQ(
+      std::tuple(p.Rebar[2].Length, p.Rebar[2].Direction_Cos, p.Rebar[2].Direction_Sin, p.Rebar[2].Diameter),
+      std::tuple(100.0, 1.0, 0.0, 25.0));
+  Point_At(p, panel, 20, 30);  // 36 mm along the first bar, 2 mm across
   EXPECT_TRUE(Macro_Bar_Selected(p, panel));
   EXPECT_EQ(p.Current_Rebar, 1);
+}
+
+TEST(Graf_Settings, EachCheckGivesItsMessageInOrderAndApplyWritesAllOrNothing) {
+  Design_Panel panel;
+  Project p = Plain_Project(panel);
+  Set_Graphical_Defaults(p);  // X 0..2000 and Y 0..1500 by 100, radii 1000 and 750, 0..90 by 5
+  Design_Display display;
+  const Graf_Settings valid = Read_Graf_Settings(p, display);
+  std::string message = "stale";
+  EXPECT_TRUE(Check_Graf_Settings(valid, message));
+  EXPECT_EQ(message, "");
+  // 2000 / 1.9 = 1053 and 1500 / 1.4 = 1072 steps are too many.
+  using G = Graf_Settings;
+  // clang-format off
+  const std::tuple<double G::*, double, const char*> faults[] = {
+      {&G::Grid_X_Max, -1, "X_max < X_min"},         {&G::Grid_X_Increment, 0, "X_increment =< 0"},
+      {&G::Grid_X_Increment, 1.9, "X_increment is te klein"}, {&G::Grid_Y_Min, 2000, "Y_max < Y_min"},
+      {&G::Grid_Y_Increment, -5, "Y_increment =< 0"}, {&G::Grid_Y_Increment, 1.4, "Y_increment is te klein"},
+      {&G::Circ_Outer_Radius, 0, "Outer radius =< 0"}, {&G::Circ_Inner_Radius, -1, "Inner radius =< 0"},
+      {&G::Circ_End_Angle, -10, "Eindhoek < Starthoek"}, {&G::Circ_Angle_Increment, 0, "Increment =< 0"},
+      {&G::Snap_Size, 0, "Snap grootte =< 0"},       {&G::Mouse_Radius, 0, "Aktiestraal van de muis =< 0"}};
+  // clang-format on
+  Graf_Settings all = valid;
+  for (int i = 11; i >= 0; --i) {
+    const auto& [member, value, expected] = faults[i];
+    Graf_Settings g = valid;
+    g.*member = all.*member = value;
+    EXPECT_FALSE(Check_Graf_Settings(g, message)) << expected;
+    EXPECT_EQ(message, expected);
+    // With every fault from this one on, this one is told.
+    EXPECT_FALSE(Check_Graf_Settings(all, message));
+    EXPECT_EQ(message, expected);
+  }
+  // Exactly 1000 steps are still allowed; equal ends are a grid of one line.
+  Graf_Settings edge = valid;
+  edge.Grid_X_Increment = 2;
+  edge.Grid_Y_Min = edge.Grid_Y_Max;
+  edge.Circ_End_Angle = edge.Circ_Start_Angle;
+  EXPECT_TRUE(Check_Graf_Settings(edge, message)) << message;
+
+  Graf_Settings g = valid;
+  g.Grid_X_Max = 5000;
+  g.Circ_Grid_Snap = g.Snap_On_Grid = true;
+  g.Mouse_Radius = 6;
+  g.Display.Axes = false;
+  g.Snap_Size = 0;
+  const Project before = p;
+  EXPECT_FALSE(Apply_Graf_Settings(g, p, display, message));
+  EXPECT_EQ(p, before);
+  EXPECT_TRUE(display.Axes);
+  g.Snap_Size = 5;
+  ASSERT_TRUE(Apply_Graf_Settings(g, p, display, message));
+  EXPECT_EQ(std::tuple(p.Snap_Mode, display.Axes), std::tuple(1, false));
+  EXPECT_EQ(Read_Graf_Settings(p, display), g);
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 // holds.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "material/database.h"
@@ -24,57 +26,55 @@ struct Lines {
   }
 };
 
-std::vector<double> Numbers_Of(const std::string& line) {
-  Lines l(line);
-  EXPECT_TRUE(l.Next()) << line << ": " << l.report.Message;
-  return l.Numbers();
-}
-
 TEST(Database_Line, NumbersArePickedOutOfTheWords) {
-  EXPECT_EQ(Numbers_Of("E = 30000 MPa"), std::vector<double>{30000});  // the E of the word is dropped
-  EXPECT_EQ(Numbers_Of("1.5E3"), std::vector<double>{1500});
-  EXPECT_EQ(Numbers_Of("1.5e3"), std::vector<double>{1500});  // scanned in upper case
-  EXPECT_EQ(Numbers_Of("1.5 E3"), (std::vector<double>{1.5, 3}));
-  EXPECT_EQ(Numbers_Of("class C20 concrete 1800"), (std::vector<double>{20, 1800}));
-  EXPECT_EQ(Numbers_Of("-2.5E-3;+4"), (std::vector<double>{-0.0025, 4}));
-  EXPECT_EQ(Numbers_Of("Density 2400 kg"), std::vector<double>{2400});
-  // A digit inside a unit is a number like any other.
-  EXPECT_EQ(Numbers_Of("Density 2400 kg/m3"), (std::vector<double>{2400, 3}));
-  EXPECT_EQ(Numbers_Of("no numbers here"), std::vector<double>{});
-  EXPECT_EQ(Numbers_Of(" "), std::vector<double>{});
-  // A lone point is an empty number: 0, counted, not an error.
-  EXPECT_EQ(Numbers_Of("the end."), std::vector<double>{0});
-  EXPECT_EQ(Numbers_Of("1E-400"), std::vector<double>{0});  // too small to hold: 0
+  std::string forty;
+  std::vector<double> one_to_forty;
+  for (int i = 1; i <= 40; ++i) {
+    forty += std::to_string(i) + " ";
+    one_to_forty.push_back(i);
+  }
+  // The E of a word is dropped, a lower-case e is scanned as upper case, a digit inside a unit is a
+  // number like any other, a lone point is an empty number (0, counted), and a number too small to
+  // hold is 0.
+  // clang-format off
+  const std::pair<std::string, std::vector<double>> rows[] = {
+      {"E = 30000 MPa", {30000}}, {"1.5E3", {1500}}, {"1.5e3", {1500}}, {"1.5 E3", {1.5, 3}},
+      {"class C20 concrete 1800", {20, 1800}}, {"-2.5E-3;+4", {-0.0025, 4}},
+      {"Density 2400 kg/m3", {2400, 3}},
+      {"no numbers here", {}}, {" ", {}}, {"the end.", {0}}, {"1E-400", {0}}, {"\"2,5\"", {2.5}},
+      {forty, one_to_forty}};
+  // clang-format on
+  for (const auto& [line, numbers] : rows) {
+    SCOPED_TRACE(line);
+    Lines l(line + "\n1 2 3\n7\n");
+    ASSERT_TRUE(l.Next()) << l.report.Message;
+    EXPECT_EQ(l.Numbers(), numbers);
+  }
 }
 
-TEST(Database_Line, KeyRawTextAndContinuation) {
-  Lines l("   mecHanical data\nNO\n  x/yz\n");
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Key, "MECH");
-  EXPECT_EQ(l.reader.Raw_Line, "   mecHanical data");
-  EXPECT_FALSE(l.reader.Continuation);
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Key, "");  // shorter than four characters
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Key, "X/YZ");
-  EXPECT_TRUE(l.reader.Continuation);
-  EXPECT_EQ(l.reader.Database_Line_Number, 3);
-}
-
-TEST(Database_Line, ACommaEndsTheValueUnlessQuoted) {
-  Lines l("2,5\r\n\"2,5 kg\" dropped, 7\r\nlast");
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.Numbers(), std::vector<double>{2});
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.Numbers(), std::vector<double>{5});
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Raw_Line, "2,5 kg");
-  EXPECT_EQ(l.Numbers(), std::vector<double>{2.5});  // a comma inside a value is a decimal sign
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Raw_Line, " 7");
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Raw_Line, "last");
-  EXPECT_EQ(l.reader.Database_Line_Number, 5);  // every value counts as a line
+TEST(Database_Line, KeyRawTextAndLineCount) {
+  // A value ends at a line end or at a comma outside quotes; a comma inside one is a decimal sign.
+  Lines l("   mecHanical data 1 2 3\nNO\n  x/yz\n2,5\r\n\"2,5 kg\" dropped, 7\r\nlast");
+  // The raw value, its key (none when shorter than four characters), a continuation mark, the numbers.
+  // clang-format off
+  const std::tuple<std::string, std::string, bool, std::vector<double>> rows[] = {
+      {"   mecHanical data 1 2 3", "MECH", false, {1, 2, 3}},
+      {"NO", "", false, {}},  {"  x/yz", "X/YZ", true, {}},
+      {"2", "", false, {2}},                    {"5", "", false, {5}},  {"2,5 kg", "2,5 ", false, {2.5}},
+      {" 7", "", false, {7}},                   {"last", "LAST", false, {}}};
+  // clang-format on
+  int line = 0;
+  for (const auto& [raw, key, continuation, numbers] : rows) {
+    SCOPED_TRACE(raw);
+    ASSERT_TRUE(l.Next());
+    EXPECT_EQ(std::tie(l.reader.Raw_Line, l.reader.Key, l.reader.Continuation),
+              std::tie(raw, key, continuation));
+    EXPECT_EQ(l.Numbers(), numbers);
+    // The slots beyond the count are 0, also after a line with more numbers.
+    EXPECT_EQ(std::count(std::begin(l.reader.Number) + 1, std::end(l.reader.Number), 0.0),
+              40 - numbers.size());
+    EXPECT_EQ(l.reader.Database_Line_Number, ++line);
+  }
   // Past the end of the text.
   EXPECT_FALSE(l.Next());
   EXPECT_EQ(l.report.Fault, Database_Fault::Corrupted);
@@ -82,62 +82,39 @@ TEST(Database_Line, ACommaEndsTheValueUnlessQuoted) {
 }
 
 TEST(Database_Line, BothDecimalSignsInBothLocales) {
-  for (bool comma : {false, true}) {
-    SCOPED_TRACE(comma);
-    bool ok = false;
-    EXPECT_EQ(Parse_Database_Number("2,5", comma, ok), 2.5);
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(Parse_Database_Number("2.5", comma, ok), 2.5);
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(Parse_Database_Number("-1,25E2", comma, ok), -125);
-    EXPECT_TRUE(ok);
-    for (const char* empty : {"", ",", "."}) {
-      EXPECT_EQ(Parse_Database_Number(empty, comma, ok), 0);
-      EXPECT_TRUE(ok);
+  // A token, whether it is a number, and its value. The first decimal sign of either kind counts.
+  // clang-format off
+  const std::tuple<const char*, bool, double> rows[] = {
+      {"2,5", true, 2.5}, {"2.5", true, 2.5}, {"-1,25E2", true, -125}, {"", true, 0}, {",", true, 0},
+      {".", true, 0},
+      {"1.2.3", false, 0}, {"1,2,3", false, 0}, {"1,2.3", false, 0}, {"-", false, 0}, {"+", false, 0},
+      {"--1", false, 0}, {"1-", false, 0}, {"3E", false, 0}, {"1E+", false, 0}, {"E5", false, 0},
+      {"1EE3", false, 0}, {"1E400", false, 0}};
+  // clang-format on
+  for (bool comma : {false, true})
+    for (const auto& [token, number, value] : rows) {
+      bool ok = !number;
+      const double read = Parse_Database_Number(token, comma, ok);
+      EXPECT_EQ(ok, number) << token << " " << comma;
+      EXPECT_TRUE(!number || read == value) << token << " " << comma;
     }
-    for (const char* bad :
-         {"1.2.3", "1,2,3", "1,2.3", "-", "+", "--1", "1-", "3E", "1E+", "E5", "1EE3", "1E400"}) {
-      Parse_Database_Number(bad, comma, ok);
-      EXPECT_FALSE(ok) << bad;
-    }
-  }
-  Lines l("\"2,5\"\n", true);
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.Numbers(), std::vector<double>{2.5});
-}
-
-std::string Syntax_Message_Of(const std::string& text, int line) {
-  Lines l(text);
-  for (int i = 1; i < line; ++i)
-    EXPECT_TRUE(l.Next());
-  EXPECT_FALSE(l.Next());
-  EXPECT_EQ(l.report.Fault, Database_Fault::Syntax);
-  EXPECT_EQ(l.report.Line, line);
-  return l.report.Message;
 }
 
 TEST(Database_Line, SpoiltTokensAndTooManyNumbersAreSyntaxErrors) {
-  EXPECT_EQ(Syntax_Message_Of("ok\n3Elements\n", 2), "Syntax error in line 2\n3Elements");
-  EXPECT_EQ(Syntax_Message_Of("E-modulus 30000", 1), "Syntax error in line 1\nE-modulus 30000");
-  EXPECT_EQ(Syntax_Message_Of("a\nb\n1.2.3 x", 3), "Syntax error in line 3\n1.2.3 x");
-  std::string forty, forty_one;
-  for (int i = 1; i <= 40; ++i)
-    forty += std::to_string(i) + " ";
-  forty_one = forty + "41";
-  Lines ok(forty);
-  ASSERT_TRUE(ok.Next());
-  EXPECT_EQ(ok.reader.Number_Count, 40);
-  EXPECT_EQ(ok.reader.Number[40], 40);
-  EXPECT_EQ(Syntax_Message_Of(forty_one, 1), "Syntax error in line 1\n" + forty_one);
-}
-
-TEST(Database_Line, SlotsBeyondTheCountAreZero) {
-  Lines l("1 2 3 4 5 6\n7\n");
-  ASSERT_TRUE(l.Next());
-  ASSERT_TRUE(l.Next());
-  EXPECT_EQ(l.reader.Number_Count, 1);
-  for (int i = 2; i <= Max_Database_Numbers; ++i)
-    EXPECT_EQ(l.reader.Number[i], 0);
+  // The text, the line of the fault, and that line as the message shows it.
+  const std::tuple<std::string, int, std::string> rows[] = {{"ok\n3Elements\n", 2, "3Elements"},
+                                                            {"E-modulus 30000", 1, "E-modulus 30000"},
+                                                            {"a\nb\n1.2.3 x", 3, "1.2.3 x"}};
+  for (const auto& [text, line, shown] : rows) {
+    SCOPED_TRACE(text);
+    Lines l(text);
+    for (int i = 1; i < line; ++i)
+      EXPECT_TRUE(l.Next());
+    EXPECT_FALSE(l.Next());
+    EXPECT_EQ(l.report.Fault, Database_Fault::Syntax);
+    EXPECT_EQ(l.report.Line, line);
+    EXPECT_EQ(l.report.Message, "Syntax error in line " + std::to_string(line) + "\n" + shown);
+  }
 }
 
 }  // namespace
