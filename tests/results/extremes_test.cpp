@@ -1,6 +1,8 @@
 // The extreme table and the per-step extremes against values worked out by hand.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <tuple>
 #include <vector>
 
 #include "results/extremes.h"
@@ -11,17 +13,8 @@ namespace {
 struct Sampling {
   Run_Index index;
   Field_Statistics stats;
-  std::vector<double> temperature, displacement, stress, strength, crack;
-  std::vector<std::int16_t> cracked;
   Field_Values f;
-
   void sample(int row, int stored, bool mechanical = false) {
-    f.Temperature = temperature;
-    f.Displacement = displacement;
-    f.Corner_Stress = stress;
-    f.Tensile_Strength = strength;
-    f.Crack_Opening = crack;
-    f.Cracked = cracked;
     Sample_Field_Extremes(index, stats, row, stored, f, mechanical);
   }
   const Extreme_Row& row(int v) const { return index.Extremes[v]; }
@@ -30,144 +23,92 @@ struct Sampling {
 TEST(Sample_Field_Extremes, PeriodExtremesMoveOnlyOnStrictlyNewValues) {
   Sampling s;
   Size_Field_Statistics(s.stats, 3);
-  s.temperature = {5, 7, 6};
-  s.sample(1, 1);
-  EXPECT_EQ(s.row(1), (Extreme_Row{5, 7, 5, 7, 1, 1}));
-  s.temperature = {4, 9, 6};  // step 1, not stored: its extremes point at the next storage, 1 still
-  s.sample(2, 1);
-  EXPECT_EQ(s.row(1), (Extreme_Row{4, 9, 4, 9, 1, 1}));
-  s.temperature = {4, 9, 6};  // step 2, stored as storage 2: equal values keep the old indices
-  s.sample(3, 2);
-  EXPECT_EQ(s.row(1).StoredIndexOfMin, 1);
-  EXPECT_EQ(s.row(1).StoredIndexOfMax, 1);
-  s.temperature = {3, 8, 8};
-  s.sample(4, 2);
-  EXPECT_EQ(s.row(1), (Extreme_Row{3, 9, 3, 9, 2, 1}));
+  // Per step: the temperatures, the storages flagged by then, row 1 after it (period and scale).
+  const std::tuple<std::vector<double>, int, Extreme_Row> steps[] = {
+      {{5, 7, 6}, 1, {5, 7, 5, 7, 1, 1}},
+      {{4, 9, 6}, 1, {4, 9, 4, 9, 1, 1}},  // not stored: the extremes point at the next storage, 1 still
+      {{4, 9, 6}, 2, {4, 9, 4, 9, 1, 1}},  // stored as 2: equal values keep the old indices
+      {{3, 8, 8}, 2, {3, 9, 3, 9, 2, 1}}};
+  for (int r = 1; r <= 4; ++r) {
+    SCOPED_TRACE(r);
+    const auto& [temperature, stored, want] = steps[r - 1];
+    s.f.Temperature = temperature;
+    s.sample(r, stored);
+    EXPECT_EQ(s.row(1), want);
+  }
   // Per step, and overall for the diagnostics.
-  EXPECT_EQ(s.stats.Field_Minimum[2][1], 4);
-  EXPECT_EQ(s.stats.Field_Maximum[2][1], 9);
-  EXPECT_EQ(s.stats.Field_Maximum[4][1], 8);
-  EXPECT_EQ(s.stats.Overall_Minimum[1], 3);
-  EXPECT_EQ(s.stats.Overall_Maximum[1], 9);
-  // Without mechanics the mechanical rows are not touched.
-  EXPECT_EQ(s.row(13), Extreme_Row{});
-  // The table grows for a row beyond its size rather than writing past it.
-  s.sample(9, 2);
+  EXPECT_EQ((std::array{s.stats.Field_Minimum[2][1], s.stats.Field_Maximum[4][1], s.stats.Overall_Minimum[1],
+                        s.stats.Overall_Maximum[1]}),
+            (std::array{4.0, 8.0, 3.0, 9.0}));
+  EXPECT_EQ(s.row(13), Extreme_Row{});  // without mechanics the mechanical rows are not touched
+  s.sample(9, 2);                       // a row beyond the table grows it rather than writing past it
   EXPECT_EQ(s.stats.Field_Maximum.size(), 10u);
+}
+
+TEST(Sample_Field_Extremes, MechanicalAndUniformFields) {
+  Sampling s;
+  const std::vector<double> maturity(8, 7.0), reaction{-3, -3};  // uniform: both ends are the value
+  // Two nodes: (3, 4) of length 5 and (-6, 8) of length 10.
+  const std::vector<double> displacement{3, 4, -6, 8}, crack{0.1, 0.5, 0.2, 0.3};
+  // Corners Sxx, Syy, Sxy, Szz: (1,1,0) -> principal 1, 1; (4,0,0) -> 4, 0; (0,0,3) -> 3, -3; 0.
+  const std::vector<double> stress{1, 1, 0, -2, 4, 0, 0, 3, 0, 0, 3, 1, 0, 0, 0, 0};
+  const std::vector<double> strength{2, 2, 0, 2};          // Szz / ft: -2 -> 0; 1.5; ft 0 -> 10; 0
+  const std::vector<std::int16_t> cracked{-1, 0, -1, -1};  // the 0.5 is not a crack
+  const std::vector<double> interfaces{1, -2, 5, 6, 3, 4, -7, 0},
+      bars{10, 1, 2, 0.1, 0.2, -20, 3, -4, 0.3, -0.4};
+  s.f.Maturity = maturity, s.f.Reaction = reaction, s.f.Displacement = displacement;
+  s.f.Corner_Stress = stress, s.f.Tensile_Strength = strength;
+  s.f.Crack_Opening = crack, s.f.Cracked = cracked;
+  s.f.Interface_Stress = interfaces, s.f.Bar_Values = bars;
+  s.sample(1, 1, true);
+  // Row, minimum and maximum; row 20, the total displacement, has its period minimum held at 0.
+  const double rows[][3] = {{2, 7, 7},   {21, -3, -3},   {11, -6, 3}, {12, 4, 8},  {20, 0, 10},
+                            {13, 0, 4},  {14, -3, 1},    {15, -2, 3}, {16, 0, 4},  {18, 0, 3},
+                            {19, 0, 10}, {22, 0, 0.3},   {23, -2, 4}, {24, -7, 6}, {25, -20, 10},
+                            {26, -4, 3}, {27, -0.4, 0.3}};
+  for (const auto& [v, min, max] : rows)
+    EXPECT_EQ(s.row(int(v)), (Extreme_Row{min, max, min, max, 1, 1})) << "row " << v;
+  EXPECT_EQ(s.stats.Field_Minimum[1][20], 5);  // the step keeps its true minimum
 }
 
 TEST(Sample_Field_Extremes, TheCircuitRows) {
   Sampling s;
-  // Water cools along the circuit: inlet 20, outlet 15. The step's minimum is the inlet and its
+  // Water cools along the circuit, inlet 20, outlet 15: the step's minimum is the inlet and its
   // maximum the outlet as they stand; the period range is in true order.
   s.f.Circuit = {true, 20, 15, 2, 4180};
   s.sample(1, 1);
-  EXPECT_EQ(s.stats.Field_Minimum[1][6], 20);
-  EXPECT_EQ(s.stats.Field_Maximum[1][6], 15);
-  EXPECT_EQ(s.row(6).PeriodMin, 15);
-  EXPECT_EQ(s.row(6).PeriodMax, 20);
-  // Flow: its period minimum is held at 0.
-  EXPECT_EQ(s.row(7).PeriodMin, 0);
-  EXPECT_EQ(s.row(7).PeriodMax, 2);
-  // Capacity 2 x 4180 / 3600 x (15 - 20) = -11.6111; a collapsed range opens by 0.1.
+  EXPECT_EQ(std::tuple(s.stats.Field_Minimum[1][6], s.stats.Field_Maximum[1][6]), std::tuple(20.0, 15.0));
+  EXPECT_EQ(s.row(6), (Extreme_Row{15, 20, 15, 20, 1, 1}));
+  // Capacity 2 x 4180 / 3600 x (15 - 20); a collapsed range opens by 0.1, to the scale as well.
   const double capacity = 2.0 * 4180 / 3600 * -5;
-  EXPECT_DOUBLE_EQ(s.stats.Field_Maximum[1][8], capacity);
   EXPECT_DOUBLE_EQ(s.row(8).PeriodMin, capacity);
-  EXPECT_DOUBLE_EQ(s.row(8).PeriodMax, capacity + 0.1);
   EXPECT_DOUBLE_EQ(s.row(8).ScaleMax, capacity + 0.1);
-  // A later, larger flow: capacity 3 x 4180 / 3600 x (16 - 20) = -13.9333.
+  // A later, larger flow: its period minimum is held at 0; capacity 3 x 4180 / 3600 x -4.
   s.f.Circuit = {true, 20, 16, 3, 4180};
   s.sample(2, 2);
-  EXPECT_EQ(s.row(7).PeriodMin, 0);
-  EXPECT_EQ(s.row(7).PeriodMax, 3);
+  EXPECT_EQ(s.row(7), (Extreme_Row{0, 3, 0, 3, 1, 2}));
   EXPECT_DOUBLE_EQ(s.row(8).PeriodMin, 3.0 * 4180 / 3600 * -4);
   EXPECT_EQ(s.row(8).StoredIndexOfMin, 2);
-  EXPECT_DOUBLE_EQ(s.row(8).PeriodMax, capacity + 0.1);
-  // No circuit at all: rows 6 to 8 stay at 0, with the capacity's range opened to 0.1.
-  Sampling none;
+  Sampling none;  // no circuit: the capacity's range is 0 opened to 0.1
   none.sample(1, 1);
-  EXPECT_EQ(none.row(8).PeriodMin, 0);
-  EXPECT_DOUBLE_EQ(none.row(8).PeriodMax, 0.1);
+  EXPECT_EQ(std::tuple(none.row(8).PeriodMin, none.row(8).PeriodMax), std::tuple(0.0, 0.1));
 }
 
-TEST(Sample_Field_Extremes, MechanicalRows) {
-  Sampling s;
-  s.temperature = {0};
-  // Two nodes: (3, 4) of length 5 and (-6, 8) of length 10.
-  s.displacement = {3, 4, -6, 8};
-  // Three corners of an element (the fourth all zero): Sxx, Syy, Sxy, Szz.
-  s.stress = {1, 1, 0, -2, 4, 0, 0, 3, 0, 0, 3, 1, 0, 0, 0, 0};
-  s.strength = {2, 2, 0, 2};
-  s.crack = {0.1, 0.5, 0.2, 0.3};
-  s.cracked = {-1, 0, -1, -1};  // the 0.5 is not a crack
-  s.sample(1, 1, true);
-  EXPECT_EQ(s.row(11).PeriodMin, -6);
-  EXPECT_EQ(s.row(11).PeriodMax, 3);
-  EXPECT_EQ(s.row(12).PeriodMin, 4);
-  EXPECT_EQ(s.row(12).PeriodMax, 8);
-  EXPECT_EQ(s.stats.Field_Minimum[1][20], 5);  // the step keeps its true minimum ...
-  EXPECT_EQ(s.row(20).PeriodMin, 0);           // ... the period's is held at 0
-  EXPECT_EQ(s.row(20).PeriodMax, 10);
-  // Principal stresses: (1,1,0) -> 1, 1; (4,0,0) -> 4, 0; (0,0,3) -> 3, -3; (0,0,0) -> 0, 0.
-  EXPECT_EQ(s.row(13).PeriodMax, 4);
-  EXPECT_EQ(s.row(13).PeriodMin, 0);
-  EXPECT_EQ(s.row(14).PeriodMin, -3);
-  EXPECT_EQ(s.row(14).PeriodMax, 1);
-  EXPECT_EQ(s.row(15).PeriodMin, -2);
-  EXPECT_EQ(s.row(15).PeriodMax, 3);
-  EXPECT_EQ(s.row(18).PeriodMax, 3);
-  // Szz / ft: -2 reads as 0 -> 0; 3 / 2 = 1.5; strength 0 -> 10; 0 / 2 = 0.
-  EXPECT_EQ(s.row(19).PeriodMin, 0);
-  EXPECT_EQ(s.row(19).PeriodMax, 10);
-  EXPECT_EQ(s.row(22).PeriodMin, 0);  // the point that is not cracked counts as 0
-  EXPECT_EQ(s.row(22).PeriodMax, 0.3);
-  // No interfaces or bars: their rows are 0.
-  EXPECT_EQ(s.row(23), (Extreme_Row{0, 0, 0, 0, 1, 1}));
-}
-
-TEST(Sample_Field_Extremes, InterfaceAndBarRows) {
-  Sampling s;
-  const std::vector<double> interfaces = {1, -2, 5, 6, 3, 4, -7, 0};
-  const std::vector<double> bars = {10, 1, 2, 0.1, 0.2, -20, 3, -4, 0.3, -0.4};
-  s.f.Interface_Stress = interfaces;
-  s.f.Bar_Values = bars;
-  s.sample(1, 1, true);
-  EXPECT_EQ(s.row(23).PeriodMin, -2);  // normal: 1, -2, 3, 4
-  EXPECT_EQ(s.row(23).PeriodMax, 4);
-  EXPECT_EQ(s.row(24).PeriodMin, -7);  // shear: 5, 6, -7, 0
-  EXPECT_EQ(s.row(24).PeriodMax, 6);
-  EXPECT_EQ(s.row(25).PeriodMin, -20);
-  EXPECT_EQ(s.row(25).PeriodMax, 10);
-  EXPECT_EQ(s.row(26).PeriodMin, -4);  // shear: 1, 2, 3, -4
-  EXPECT_EQ(s.row(26).PeriodMax, 3);
-  EXPECT_EQ(s.row(27).PeriodMin, -0.4);  // slip: 0.1, 0.2, 0.3, -0.4
-  EXPECT_EQ(s.row(27).PeriodMax, 0.3);
-}
-
-TEST(Clamp_Plot_Storages, CapsRowsUpToThirtyOnly) {
+TEST(Run_Index, StoredIndicesAreCappedForTheViewerAndTheFile) {
   Run_Index index;
   index.Storage_Time = {0, 1, 2};
   for (Extreme_Row& row : index.Extremes)
     row.StoredIndexOfMin = row.StoredIndexOfMax = 5;
   index.Extremes[2].StoredIndexOfMin = 2;
-  Clamp_Plot_Storages(index);
-  EXPECT_EQ(index.Extremes[1].StoredIndexOfMax, 3);
-  EXPECT_EQ(index.Extremes[2].StoredIndexOfMin, 2);
-  EXPECT_EQ(index.Extremes[30].StoredIndexOfMin, 3);
-  EXPECT_EQ(index.Extremes[31].StoredIndexOfMin, 5);
-  EXPECT_EQ(index.Extremes[40].StoredIndexOfMax, 5);  // the reader caps this one itself
-  EXPECT_EQ(Display_Stored_Index(index, index.Extremes[40].StoredIndexOfMax), 3);
-  EXPECT_EQ(Display_Stored_Index(index, 0), 1);
-}
-
-TEST(Run_Index, StoredIndicesBeyondSixteenBitsAreCappedInTheFile) {
-  Run_Index index;
-  index.Storage_Time = {0};
+  Clamp_Plot_Storages(index);  // rows up to 30 only; above, the viewer caps them itself
+  EXPECT_EQ((std::array{index.Extremes[1].StoredIndexOfMax, index.Extremes[2].StoredIndexOfMin,
+                        index.Extremes[30].StoredIndexOfMin, index.Extremes[31].StoredIndexOfMin,
+                        Display_Stored_Index(index, 5), Display_Stored_Index(index, 0)}),
+            (std::array{3, 2, 3, 5, 3, 1}));
+  // The file keeps 16 bits: row 1's StoredIndexOfMax after 4 + 4 + 8 bytes and 34 of the row.
   index.Extremes[1].StoredIndexOfMax = 40000;
   const std::vector<unsigned char> bytes = Encode_Run_Index(index, 1);
-  ASSERT_EQ(bytes.size(), Run_Index_Size(0, 1));
-  const std::size_t at = 4 + 4 + 8 + 34;
-  EXPECT_EQ(bytes[at] | (bytes[at + 1] << 8), 32767);
+  EXPECT_EQ(bytes[50] | (bytes[51] << 8), 32767);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A small analysis for the result tests: a mesh of 3 nodes (and 1 doubled node), 2 elements,
+// Helpers of the result tests. A small analysis: a mesh of 3 nodes (and 1 doubled node), 2 elements,
 // 2 reaction entries, 1 interface and 2 bars, with one cooling circuit of 4 stations. Every value
 // of every field is known by a formula, so a test can say what any byte must hold.
 #pragma once
@@ -19,13 +19,7 @@ namespace pvx::test {
 static_assert(std::endian::native == std::endian::little, "the byte checks read values with memcpy");
 
 inline Result_Layout Small_Layout(bool mechanical = true) {
-  Result_Layout l;
-  l.Nodes = 3;
-  l.Elements = 2;
-  l.Doubled_Nodes = 1;
-  l.Reactions = 2;
-  l.Interfaces = 1;
-  l.Bars = 2;
+  Result_Layout l{.Nodes = 3, .Elements = 2, .Doubled_Nodes = 1, .Reactions = 2, .Interfaces = 1, .Bars = 2};
   l.Mechanical = mechanical;
   l.Circuit_Stations.add(4);
   return l;
@@ -44,31 +38,19 @@ struct Step_Data {
   Field_Values values;
 
   Step_Data(const Result_Layout& l, int step) {
-    for (int slot = Slot_REA; slot <= Result_Slot_Count; ++slot) {
-      if (slot == Slot_COO) continue;
-      const auto n = static_cast<int>(Record_Length(l, slot));
-      for (int i = 1; i <= n; ++i)
+    for (int slot = Slot_REA; slot <= Result_Slot_Count; ++slot)  // none for the cooling text
+      for (int i = 1; i <= Record_Length(l, slot); ++i)
         field[slot].push_back(Pattern(slot, step, i));
-    }
     // Every second point is cracked; the others must store an opening of 0.
     for (std::size_t k = 0; k < field[Slot_REL].size(); ++k)
       cracked.push_back(k % 2 == 0 ? -1 : 0);
     auto& f = values;
-    f.Temperature = field[Slot_REA];
-    f.Potential = field[Slot_REB];
-    f.Maturity = field[Slot_REC];
-    f.C_Maturity = field[Slot_RED];
-    f.Moisture_Content = field[Slot_REE];
-    f.Tensile_Strength = field[Slot_REF];
-    f.Compressive_Strength = field[Slot_REH];
-    f.Hydration = field[Slot_REP];
+    f.Temperature = field[Slot_REA], f.Potential = field[Slot_REB], f.Maturity = field[Slot_REC];
+    f.C_Maturity = field[Slot_RED], f.Moisture_Content = field[Slot_REE], f.Hydration = field[Slot_REP];
+    f.Tensile_Strength = field[Slot_REF], f.Compressive_Strength = field[Slot_REH];
     if (l.Mechanical) {
-      f.Displacement = field[Slot_REI];
-      f.Corner_Stress = field[Slot_REJ];
-      f.Reaction = field[Slot_REK];
-      f.Crack_Opening = field[Slot_REL];
-      f.Cracked = cracked;
-      f.Interface_Stress = field[Slot_REM];
+      f.Displacement = field[Slot_REI], f.Corner_Stress = field[Slot_REJ], f.Reaction = field[Slot_REK];
+      f.Crack_Opening = field[Slot_REL], f.Cracked = cracked, f.Interface_Stress = field[Slot_REM];
       f.Bar_Values = field[Slot_REO];
     }
     f.Circuit = {true, 10.0 + step, 12.0 + 2 * step, 1.5, 4180};
@@ -104,9 +86,7 @@ inline bool Write_Run(Result_Family& family, int variant, int steps, const std::
   Clamp_Plot_Storages(index);
   Table<Circuit_History> circuits;
   circuits.resize(1);
-  Table<float> water;
-  for (int k = 1; k <= 4; ++k)
-    water.add(10.0f + k);
+  Table<float> water = {11, 12, 13, 14};
   Append_History_Record(circuits[1], 0.5, 1.5, water, 4180);
   Append_History_Record(circuits[1], 1.0, 2.0, water, 4180);
   return Write_Cooling_Data(family, variant, circuits, message) &&
@@ -116,34 +96,43 @@ inline bool Write_Run(Result_Family& family, int variant, int steps, const std::
 inline Result_Family Family_In(const Temp_Dir& dir, const Result_Layout& layout, int runs = 1) {
   Result_Family family;
   family.Layout = layout;
-  std::vector<std::string> names{"B.RES", "B.RES"};
-  for (int r = 2; r <= runs; ++r)
-    names.push_back(std::string("B").append(std::to_string(r)).append(".RES"));
+  std::vector<std::string> names{"B.RES", "B.RES", "B2.RES", "B3.RES"};
+  names.resize(static_cast<std::size_t>(runs) + 1);
   std::string message;
   Set_Output_Names(family, names, dir.path().string(), message);
   return family;
 }
 
-// Plain readers of file bytes at a 0-based offset.
-inline float F32_At(const std::string& bytes, std::size_t offset) {
-  float v = 0;
-  std::memcpy(&v, bytes.data() + offset, 4);
+// The viewers' mesh: two squares of 100 mm side over 0..200 x 0..100, element 1 on nodes
+// 1 (0,0), 2 (100,0), 3 (100,100), 4 (0,100) and element 2 on nodes 2, 5 (200,0), 6 (200,100), 3.
+inline void Two_Squares(Project& p) {
+  for (auto [x, y] : {std::pair{0, 0}, {100, 0}, {100, 100}, {0, 100}, {200, 0}, {200, 100}})
+    p.Mesh_Node.add({double(x), double(y)});
+  Mesh_Element e;
+  e.Corner = {{1, 2, 3, 4}};
+  p.Mesh_Element.add(e);
+  e.Corner = {{2, 5, 6, 3}};
+  p.Mesh_Element.add(e);
+}
+
+// What a plain reader finds at a 0-based offset of the file's bytes: A<float>, A<std::int32_t>, ...
+template <class T>
+T At(const std::string& bytes, std::size_t offset) {
+  T v{};
+  std::memcpy(&v, bytes.data() + offset, sizeof v);
   return v;
 }
-inline double F64_At(const std::string& bytes, std::size_t offset) {
-  double v = 0;
-  std::memcpy(&v, bytes.data() + offset, 8);
-  return v;
-}
-inline std::int32_t I32_At(const std::string& bytes, std::size_t offset) {
-  std::int32_t v = 0;
-  std::memcpy(&v, bytes.data() + offset, 4);
-  return v;
-}
-inline std::int16_t I16_At(const std::string& bytes, std::size_t offset) {
-  std::int16_t v = 0;
-  std::memcpy(&v, bytes.data() + offset, 2);
-  return v;
+
+// A written family opened as the viewer opens it; false with the message on failure.
+struct Opened {
+  Run_Index index;
+  Plot_Buffers buffers;
+  std::string message;
+};
+inline bool Open_For_Viewing(Result_Family& family, int variant, Opened& o, bool imperial = false) {
+  Dimension_Plot_Buffers(family.Layout, o.buffers);
+  return Open_All_Result_Sets(family, 109, o.message) &&
+         Read_Run_Index(family, variant, 109, imperial, o.index, o.message);
 }
 
 }  // namespace pvx::test
