@@ -21,13 +21,12 @@ int Field_Of(const Editor_Session& s, const std::string& caption) {
   return 0;
 }
 
-bool Type(Editor_Session& s, Project& p, const std::string& caption, const std::string& text,
-          std::string* message = nullptr, bool answer = true) {
-  std::string local;
-  const bool ok = Enter_Field(
-      s, Field_Of(s, caption), text, p, [&](const std::string&) { return answer; }, local);
-  if (message) *message = local;
-  return ok;
+std::string told;  // what the last entry told the user
+
+// Every question is answered yes.
+bool Type(Editor_Session& s, Project& p, const std::string& caption, const std::string& text) {
+  return Enter_Field(
+      s, Field_Of(s, caption), text, p, [](const std::string&) { return true; }, told);
 }
 
 Editor_Session Open(const Project& p, Editor_Kind kind, int index) {
@@ -113,109 +112,33 @@ TEST(EditorFields, EveryTypedFieldLandsInTheMemberItsCaptionNames) {
     Project p = test::Rich_Project();
     Editor_Session s = Open(p, kind, index);
     // Every text field gets a value of its own: function number 1, which every family has, so
-    // that no question comes; a whole number from 7; a number from 0.25, one more for a thickness
-    // or a diameter, which must be positive. It must be one of the expected fields, and the reverse.
+    // that no question comes; 7 more than its place for a whole number, a quarter above that for
+    // any other. It must be one of the expected fields, and the reverse.
     std::map<std::string, double> typed;
     for (std::size_t i = 0; i < s.fields.size(); ++i) {
+      using enum Field_Type;
       const Field_Type type = s.fields[i].type;
       const std::string caption = Field_Caption(s, static_cast<int>(i));
-      if (s.fields[i].read_only ||
-          (type != Field_Type::Number && type != Field_Type::Integer && type != Field_Type::Function_Number))
-        continue;
-      const double v =
-          type == Field_Type::Function_Number ? 1
-          : type == Field_Type::Integer
-              ? 7.0 + i
-              : 0.25 + 1.5 * i + (caption == "Thickness [mm]" || caption.starts_with("Diameter"));
+      if (s.fields[i].read_only || (type != Number && type != Integer && type != Function_Number)) continue;
+      const double v = type == Function_Number ? 1 : 7.0 + i + 0.25 * (type == Number);
       EXPECT_TRUE(members.count(caption)) << caption;
-      std::string message;
-      ASSERT_TRUE(Type(s, p, caption, Format_Number(v, 20, 4), &message)) << caption << ": " << message;
+      ASSERT_TRUE(Type(s, p, caption, Format_Number(v, 20, 4))) << caption << ": " << told;
       typed[caption] = v;
     }
     EXPECT_EQ(typed.size(), members.size());
     Apply_Editor(s, p);
+    // Only a moved node or bar makes the mesh out of date.
+    EXPECT_EQ(p.Mesh_Valid, As_Flag(kind != Editor_Kind::Node && kind != Editor_Kind::Reinforce));
     for (const auto& [caption, reader] : members)
       EXPECT_NEAR(reader(p), typed[caption], 1e-6) << caption;
   }
 }
 
-// The rich project's node 1 lies at X 100.25 mm, its macro 1 at 13.5 oC; its circuit has three
-// pipes of 28 mm, its border 1 two thermal periods (the first with a coefficient of 5.5), its
-// out-of-plane radius is 150 mm and its bar runs from (10, 20) to (40, 60).
-TEST(EditorEntry, ImperialValuesShowAndComeBackThroughTheProgramsFactors) {
+// The rich project's border 1 has two thermal periods, the first with a coefficient of 5.5; its
+// macro 1 is at 13.5 oC and its circuit has pipes of 28 mm.
+TEST(EditorEntry, WhatFollowsFromTheFieldsIsDerivedAtApplyOnlyAndRefusalsKeepTheOldValue) {
   Project p = test::Rich_Project();
-  p.Metric_Units = False_Flag;
-  Editor_Session s = Open(p, Editor_Kind::Node, 1);
-  EXPECT_EQ(Field_Text(s, Field_Of(s, "X [in]:")), "3.947");  // 100.25 x 0.03937 = 3.94684
-  ASSERT_TRUE(Type(s, p, "X [in]:", "3.947"));
-  EXPECT_NEAR(s.copy.Node_X, 100.2538, 1e-9);  // 3.947 x 25.4: the two factors are not inverse
-  EXPECT_EQ(p.Node_X[1], 100.25);              // the record changes only at Apply
-  Apply_Editor(s, p);
-  EXPECT_NEAR(p.Node_X[1], 100.2538, 1e-9);
-  EXPECT_EQ(p.Mesh_Valid, False_Flag);  // a moved node invalidates the mesh
-  // Temperatures convert with their offset: 13.5 oC is 56.3 oF, 212 oF is 100 oC; 28 mm are 1.102 in.
-  s = Open(p, Editor_Kind::MacroProp, 1);
-  EXPECT_EQ(Field_Text(s, Field_Of(s, "Temperature [oF]")), "56.30");
-  ASSERT_TRUE(Type(s, p, "Temperature [oF]", "212"));
-  EXPECT_NEAR(s.copy.Macro.Temperature, 100.0, 1e-5);
-  s = Open(p, Editor_Kind::Circuit, 1);
-  EXPECT_EQ(Field_Text(s, Field_Of(s, "Diameter pipes [in]:")), "1.102");
-}
-
-TEST(EditorEntry, RefusedValuesKeepTheOldOneWithTheProgramsMessage) {
-  Project p = test::Rich_Project();
-  // A spoilt number, a value below the limit, a whole number beyond 16 bits, a row that is not
-  // there, and a field that follows the nodes picked on the panel.
-  const std::tuple<Editor_Kind, int, const char*, const char*, const char*> refusals[] = {
-      {Editor_Kind::OutofPlane, 0, "Ro [mm] =", "12x", Number_Error_Message},
-      {Editor_Kind::OutofPlane, 0, "Ro [mm] =", "-0.5", "Ro cannot be below 0."},
-      {Editor_Kind::Interface, 1, "Layer type:", "40000", Number_Error_Message},
-      {Editor_Kind::Circuit, 1, "Distance no:", "5", "Distance no: 1 to 4"},
-      {Editor_Kind::Circuit, 1, "Number of pipes", "3", nullptr}};
-  for (const auto& [kind, index, caption, text, expected] : refusals) {
-    Editor_Session s = Open(p, kind, index);
-    std::string message;
-    EXPECT_FALSE(Type(s, p, caption, text, &message)) << text;
-    EXPECT_TRUE(!expected || message == expected) << message;
-    EXPECT_FALSE(Editor_Changed(s)) << text;
-  }
-  // The limit itself is allowed.
-  Editor_Session s = Open(p, Editor_Kind::OutofPlane, 0);
-  EXPECT_TRUE(Type(s, p, "Ro [mm] =", "0"));
-  EXPECT_EQ(s.copy.Out_Of_Plane.Offset_Radius, 0);
-  std::string message;
-  EXPECT_FALSE(Open_Editor(p, Editor_Kind::Node, 7, s, message));
-  EXPECT_EQ(message, Editor_No_Record_Message);
-}
-
-// A function number above the count goes through the same rule as in the function wizard.
-TEST(EditorEntry, APeriodNumberAboveTheCountAddsOnePeriodFromTheDefaults) {
-  Project p = test::Rich_Project();
-  p.Thermal_Period_Default.Convection_Coefficient = 17;
-  p.Border[1].Thermal_Periods[2].Radiation_On = True_Flag;  // with es = ea = er = 0
-  Editor_Session s = Open(p, Editor_Kind::Convection, 1);
-  const int coeff = Field_Of(s, "Coeff. [W/m2K]:");
-  EXPECT_EQ(Field_Text(s, coeff), "5.50");
-  ASSERT_TRUE(Type(s, p, "Period no:", "9"));
-  EXPECT_EQ(std::tuple(s.copy.Row, Editor_Row_Count(s), Field_Text(s, coeff)), std::tuple(3, 3, "17.00"));
-  ASSERT_TRUE(Type(s, p, "Coeff. [W/m2K]:", "0"));
-  ASSERT_TRUE(Type(s, p, "es", "0.9"));
-  ASSERT_TRUE(Type(s, p, "Period no:", "1"));
-  EXPECT_EQ(Field_Text(s, coeff), "5.50");
-  EXPECT_EQ(p.Border[1].Thermal_Periods.count(), 2);
-  Apply_Editor(s, p);
-  ASSERT_EQ(p.Border[1].Thermal_Periods.count(), 3);
-  // The flags follow the coefficients: no convection without a coefficient, radiation with es.
-  const Thermal_Period& added = p.Border[1].Thermal_Periods[3];
-  EXPECT_EQ(std::tuple(added.Convection_On, added.Radiation_On, added.Es),
-            std::tuple(False_Flag, True_Flag, 0.9));
-  EXPECT_EQ(p.Border[1].Thermal_Periods[2].Radiation_On, False_Flag);
-}
-
-TEST(EditorApply, WhatFollowsFromTheFieldsIsDerivedAtApplyAndCancelChangesNothing) {
-  Project p = test::Rich_Project();
-  p.Line_Load[1].Is_Function = False_Flag;
-  p.Line_Load[1].Is_Level = True_Flag;
+  std::tie(p.Line_Load[1].Is_Function, p.Line_Load[1].Is_Level) = std::tuple(False_Flag, True_Flag);
   const Project before = p;
   Editor_Session s = Open(p, Editor_Kind::LoadL, 1);
   ASSERT_TRUE(Type(s, p, "Value [MPa]", "2.5"));
@@ -241,9 +164,7 @@ TEST(EditorApply, WhatFollowsFromTheFieldsIsDerivedAtApplyAndCancelChangesNothin
     for (const auto& [caption, text] :
          {std::pair{"X1 [mm]:", x1}, {"Y1 [mm]:", y1}, {"X2 [mm]:", x2}, {"Y2 [mm]:", y2}})
       Type(s, p, caption, text);
-    p.Mesh_Valid = True_Flag;
     Apply_Editor(s, p);
-    EXPECT_EQ(p.Mesh_Valid, As_Flag(kind == Editor_Kind::AreaT));  // a moved bar invalidates the mesh
     bars.emplace_back(p.Rebar[1].Length, p.Rebar[1].Direction_Cos, p.Rebar[1].Direction_Sin);
   }
   EXPECT_EQ(bars[0], std::tuple(13.0, 12.0 / 13, 5.0 / 13));
@@ -270,6 +191,56 @@ TEST(EditorApply, WhatFollowsFromTheFieldsIsDerivedAtApplyAndCancelChangesNothin
   Apply_Editor(s, p);
   EXPECT_EQ(std::tuple(p.Macro[1].Thickness, p.Macro[1].Material, p.Macro_Defaults.Thickness),
             std::tuple(250, "B500", 250));
+
+  // Refused: a whole number beyond 16 bits, a row that is not there, and a field that follows the
+  // nodes picked on the panel.
+  const std::tuple<Editor_Kind, int, const char*, const char*, const char*> refusals[] = {
+      {Editor_Kind::Interface, 1, "Layer type:", "40000", Number_Error_Message},
+      {Editor_Kind::Circuit, 1, "Distance no:", "5", "Distance no: 1 to 4"},
+      {Editor_Kind::Circuit, 1, "Number of pipes", "3", nullptr}};
+  for (const auto& [kind, index, caption, text, expected] : refusals) {
+    Editor_Session t = Open(p, kind, index);
+    EXPECT_FALSE(Type(t, p, caption, text)) << text;
+    EXPECT_TRUE(!expected || told == expected) << told;
+    EXPECT_FALSE(Editor_Changed(t)) << text;
+  }
+  // The limit of Ro itself is allowed.
+  s = Open(p, Editor_Kind::OutofPlane, 0);
+  EXPECT_TRUE(Type(s, p, "Ro [mm] =", "0"));
+  EXPECT_EQ(s.copy.Out_Of_Plane.Offset_Radius, 0);
+  EXPECT_FALSE(Open_Editor(p, Editor_Kind::Node, 7, s, told));
+  EXPECT_EQ(told, Editor_No_Record_Message);
+
+  // A period number above the count adds one period from the defaults, by the same rule as a
+  // function number in the function wizard.
+  p.Thermal_Period_Default.Convection_Coefficient = 17;
+  p.Border[1].Thermal_Periods[2].Radiation_On = True_Flag;  // with es = ea = er = 0
+  s = Open(p, Editor_Kind::Convection, 1);
+  const int coeff = Field_Of(s, "Coeff. [W/m2K]:");
+  EXPECT_EQ(Field_Text(s, coeff), "5.50");
+  ASSERT_TRUE(Type(s, p, "Period no:", "9"));
+  EXPECT_EQ(std::tuple(s.copy.Row, Editor_Row_Count(s), Field_Text(s, coeff)), std::tuple(3, 3, "17.00"));
+  ASSERT_TRUE(Type(s, p, "Coeff. [W/m2K]:", "0"));
+  ASSERT_TRUE(Type(s, p, "es", "0.9"));
+  ASSERT_TRUE(Type(s, p, "Period no:", "1"));
+  EXPECT_EQ(Field_Text(s, coeff), "5.50");
+  EXPECT_EQ(p.Border[1].Thermal_Periods.count(), 2);
+  Apply_Editor(s, p);
+  ASSERT_EQ(p.Border[1].Thermal_Periods.count(), 3);
+  // The flags follow the coefficients: no convection without a coefficient, radiation with es.
+  const Thermal_Period& added = p.Border[1].Thermal_Periods[3];
+  EXPECT_EQ(std::tuple(added.Convection_On, added.Radiation_On, added.Es),
+            std::tuple(False_Flag, True_Flag, 0.9));
+  EXPECT_EQ(p.Border[1].Thermal_Periods[2].Radiation_On, False_Flag);
+
+  // Temperatures convert with their offset: 13.5 oC is 56.3 oF, 212 oF is 100 oC; 28 mm are 1.102 in.
+  p.Metric_Units = False_Flag;
+  s = Open(p, Editor_Kind::MacroProp, 1);
+  EXPECT_EQ(Field_Text(s, Field_Of(s, "Temperature [oF]")), "56.30");
+  ASSERT_TRUE(Type(s, p, "Temperature [oF]", "212"));
+  EXPECT_NEAR(s.copy.Macro.Temperature, 100.0, 1e-5);
+  s = Open(p, Editor_Kind::Circuit, 1);
+  EXPECT_EQ(Field_Text(s, Field_Of(s, "Diameter pipes [in]:")), "1.102");
 }
 
 }  // namespace

