@@ -1,9 +1,9 @@
 #include "app/prescribed_data.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cmath>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -48,14 +48,13 @@ Project Grid_2x2() {
   return p;
 }
 
-void Expect_At(const Project& p, double x, double y, int element, double xi, double eta,
-               double tolerance = 1e-12) {
+void Expect_At(const Project& p, double x, double y, int element, double xi, double eta) {
   int found = -1;
   double fx = -1, fy = -1;
   Locate_Point(p, x, y, found, fx, fy);
   EXPECT_EQ(found, element) << x << ", " << y;
-  EXPECT_NEAR(fx, xi, tolerance) << x << ", " << y;
-  EXPECT_NEAR(fy, eta, tolerance) << x << ", " << y;
+  EXPECT_NEAR(fx, xi, 1e-12) << x << ", " << y;
+  EXPECT_NEAR(fy, eta, 1e-12) << x << ", " << y;
 }
 
 TEST(Locate_Point, InvertsTheBilinearMapOfEveryShape) {
@@ -65,44 +64,23 @@ TEST(Locate_Point, InvertsTheBilinearMapOfEveryShape) {
   // from eta = (-B + sqrt D) / 2A and (1, 1/2) from the other root; the first is taken. Almost a
   // parallelogram: corner 2 at 0.1 + 0.2 and corner 3 at 0.3 leave a3 = -5.6e-17, a tiny A above the
   // affine limit, where the textbook root formula loses every digit; the element is x = 0.3 xi.
+  // Wide: x = xi + 4 xi eta, y = eta, where (1.5, 0.5) gives B = -1 < 0, the other form of the roots.
   // Points inside the bounding box but beyond a slanted side are in no element.
   const std::array<double, 8> parallelogram{0, 0, 4, 0, 5, 2, 1, 2}, trapezoid{0, 0, 4, 0, 3, 2, 1, 2},
       general{0, 0, 4, 0, 5, 3, 0, 2}, folded{0, 0, 4, 0, 1, 1, 0, 4},
-      almost{0, 0, 0.1 + 0.2, 0, 0.3, 1, 0, 1};
-  struct Case {
-    const std::array<double, 8>& corners;
-    double x, y;
-    int element;
-    double xi, eta;
-  };
+      almost{0, 0, 0.1 + 0.2, 0, 0.3, 1, 0, 1}, wide{0, 0, 1, 0, 5, 1, 0, 1};
+  // The corners, the point, the element it lies in, its local coordinates.
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<const std::array<double, 8>&, double, double, int, double, double> cases[] = {
       {parallelogram, 2.25, 0.5, 1, 0.5, 0.25}, {parallelogram, 0.2, 1.5, 0, 0, 0},
       {trapezoid, 1.25, 1, 1, 0.25, 0.5},       {trapezoid, 0.2, 1.8, 0, 0, 0},
       {general, 2.25, 1.25, 1, 0.5, 0.5},       {general, 0.98, 1.98, 1, 0.2, 0.9}, {general, 5, 3, 1, 1, 1},
-      {folded, 2.5, 0.5, 1, 5.0 / 6, 1.0 / 3},
+      {folded, 2.5, 0.5, 1, 5.0 / 6, 1.0 / 3},  {wide, 1.5, 0.5, 1, 0.5, 0.5},
       {almost, 0.1, 0.25, 1, 1.0 / 3, 0.25},    {almost, 0.29, 0.9, 1, 0.29 / 0.3, 0.9},
   };
   // clang-format on
-  for (const Case& c : cases)
-    Expect_At(One_Quad(c.corners), c.x, c.y, c.element, c.xi, c.eta);
-
-  // A distorted quad rotated by 30 degrees: points of a 3 x 3 grid of (xi, eta) map forward and back.
-  const double cs = std::cos(0.5235987755982988), sn = std::sin(0.5235987755982988);
-  const double lx[4] = {0, 40, 55, -5}, ly[4] = {0, 0, 30, 20};
-  std::array<double, 8> g{};
-  for (int k = 0; k < 4; ++k) {
-    g[2 * k] = 1000 + cs * lx[k] - sn * ly[k];
-    g[2 * k + 1] = 500 + sn * lx[k] + cs * ly[k];
-  }
-  for (int i = 1; i <= 3; ++i)
-    for (int j = 1; j <= 3; ++j) {
-      double w[4];
-      Corner_Weights(0.25 * i, 0.25 * j, w);
-      const double x = w[0] * g[0] + w[1] * g[2] + w[2] * g[4] + w[3] * g[6];
-      const double y = w[0] * g[1] + w[1] * g[3] + w[2] * g[5] + w[3] * g[7];
-      Expect_At(One_Quad(g), x, y, 1, 0.25 * i, 0.25 * j, 1e-9);
-    }
+  for (const auto& [corners, x, y, element, xi, eta] : cases)
+    Expect_At(One_Quad(corners), x, y, element, xi, eta);
 
   // In a mesh a shared side or node goes to the first element; outside, also just beyond the edge,
   // is element 0.
@@ -111,7 +89,7 @@ TEST(Locate_Point, InvertsTheBilinearMapOfEveryShape) {
   Expect_At(p, 100, 100, 1, 1, 1);
   Expect_At(p, 175, 125, 4, 0.75, 0.25);
   for (const auto& [x, y] : {std::pair{-1.0, 50.0}, {50.0, 200.000001}, {300.0, 300.0}})
-    Expect_At(p, x, y, 0, 0, 0, 0);
+    Expect_At(p, x, y, 0, 0, 0);
 }
 
 // The message of the transfer, "refused: " in front when it stops the computation.
@@ -139,114 +117,116 @@ std::vector<int> Prescribed_Nodes(const Project& p) {
 }
 
 TEST(Set_Prescribed_Data, ALineTemperatureTakesTheNodesWithinOneMicronOfItsSide) {
-  // The mesh node (200, 0) against a side from (0, y) to (end_x, y): at the end, 0.0009 and 0.0011
-  // beyond it, 0.0009 and 0.0011 beside it, and 0.0009 on the other side.
-  const std::tuple<double, double, std::vector<int>> cases[] = {
-      {200, 0, {1, 2, 3}},      {199.9991, 0, {1, 2, 3}}, {199.9989, 0, {1, 2}},
-      {200, 0.0009, {1, 2, 3}}, {200, 0.0011, {}},        {200, -0.0009, {1, 2, 3}}};
-  for (const auto& [end_x, y, nodes] : cases) {
+  // A side from (start_x, y) to (end_x, y) against the mesh nodes (0, 0), (200, 0) and (0, 200):
+  // at the end, 0.0009 and 0.0011 beyond it, 0.0009 and 0.0011 beside it, 0.0009 on the other
+  // side, 0.0009 and 0.0011 before the start.
+  const std::tuple<double, double, double, std::vector<int>> cases[] = {
+      {0, 200, 0, {1, 2, 3}},      {0, 199.9991, 0, {1, 2, 3}}, {0, 199.9989, 0, {1, 2}},
+      {0, 200, 0.0009, {1, 2, 3}}, {0, 200, 0.0011, {}},        {0, 200, -0.0009, {1, 2, 3}},
+      {0.0009, 100, 0, {1, 2}},    {0.0011, 100, 200, {8}}};
+  for (const auto& [start_x, end_x, y, nodes] : cases) {
     Project p = Grid_2x2();
-    p.Line_T.add(On_Side<Line_T>(Add_Node(p, 0, y), Add_Node(p, end_x, y)));
+    p.Line_T.add(On_Side<Line_T>(Add_Node(p, start_x, y), Add_Node(p, end_x, y)));
     EXPECT_EQ(Transfer(p), "");
-    EXPECT_EQ(Prescribed_Nodes(p), nodes) << end_x << " " << y;
+    EXPECT_EQ(Prescribed_Nodes(p), nodes) << start_x << " " << end_x << " " << y;
   }
-  // Before the start: a side from (0.0009, 0) takes node 1, one from (0.0011, 200) not node 7. The
-  // function and the period of the line go with every node.
-  Project p = Grid_2x2();
-  Line_T line = On_Side<Line_T>(Add_Node(p, 0.0009, 0), Add_Node(p, 100, 0), 2);
-  line.Present_From = 5;
-  line.Until = 50;
-  p.Line_T.add(line);
-  p.Line_T.add(On_Side<Line_T>(Add_Node(p, 0.0011, 200), Add_Node(p, 100, 200), 3));
-  EXPECT_EQ(Transfer(p), "");
-  EXPECT_EQ(Prescribed_Nodes(p), (std::vector<int>{1, 2, 8}));
-  EXPECT_EQ(p.Prescribed_Node[2], (Prescribed_Node{2, 2, 5, 50}));
-  EXPECT_EQ(p.Prescribed_Node[3].Temperature_Function, 3);
 }
 
 TEST(Set_Prescribed_Data, AreaComesFirstAndOnlyTheLastEntryMayBeDoubled) {
+  // The function and the period of an area or a line go with each of its nodes.
   Project p = Grid_2x2();
-  Area_T area;
-  area.X1 = 0, area.Y1 = 0, area.X2 = 200, area.Y2 = 200;  // the whole mesh, limits included
-  area.Temperature_Function = 2;
-  p.Area_T.add(area);
-  p.Line_T.add(On_Side<Line_T>(1, 2, 3));  // bottom edge: nodes 1 2 3, all already listed
-  p.Line_T.add(On_Side<Line_T>(3, 4, 3));  // top edge: nodes 7 8 9; node 9 is the last entry
+  // The whole mesh, limits included; the bottom edge, nodes 1 2 3, all already listed; the top edge,
+  // nodes 7 8 9, where node 9 is the last entry.
+  p.Area_T.add({.Temperature_Function = 2, .X1 = 0, .Y1 = 0, .X2 = 200, .Y2 = 200});
+  p.Line_T.add(On_Side<Line_T>(1, 2, 3));
+  p.Line_T.add({.Present_From = 5, .Until = 50, .Temperature_Function = 3, .Node_A = 3, .Node_B = 4});
   EXPECT_EQ(Transfer(p), "");
   ASSERT_EQ(Prescribed_Nodes(p), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 9}));
-  for (int i = 1; i <= 10; ++i)
-    EXPECT_EQ(p.Prescribed_Node[i].Temperature_Function, i < 10 ? 2 : 3) << i;
+  for (int i = 1; i <= 9; ++i)
+    EXPECT_EQ(p.Prescribed_Node[i], (Prescribed_Node{2, i, 0, 1000})) << i;
+  EXPECT_EQ(p.Prescribed_Node[10], (Prescribed_Node{3, 9, 5, 50}));
   // The list is rebuilt from nothing at every transfer; an area that touches no node adds nothing.
-  area.X1 = 10, area.X2 = 90, area.Y1 = 10, area.Y2 = 90;
-  p.Area_T[1] = area;
+  p.Area_T[1] = {.X1 = 10, .Y1 = 10, .X2 = 90, .Y2 = 90};
   p.Line_T.clear();
   EXPECT_EQ(Transfer(p), "");
   EXPECT_EQ(p.Prescribed_Node.count(), 0);
 }
 
-TEST(Set_Prescribed_Data, BadEndNodesStopWithTheirMessages) {
-  // The limit is the mesh node count: design node 10 fails on a mesh of 9 nodes.
-  const std::string tail = " again. An unexpected node connnection has been detected in ";
-  const std::tuple<int, int, std::string> cases[] = {
-      {0, 0, "Check line temperatures" + tail + "line temperature 2"},
-      {1, 0, "Check line temperature" + tail + "line temperature 2"},
-      {10, 1, "Check line temperatures" + tail + "line temperature 2"},
+TEST(Set_Prescribed_Data, BadEndNodesAndLinesOffTheElementSidesStopWithTheirMessages) {
+  // The kind of line, its design nodes, the number of mesh supports made when the check stopped
+  // (line temperatures come before the point support, line supports after it, line loads after
+  // the line supports), the message. The limit of the node checks is the mesh node count: design
+  // node 10 fails on a mesh of 9 nodes. The diagonals pass the mesh node 5, and no element has a
+  // side from a corner to it.
+  const std::string tail = " again. An unexpected node connnection has been detected in ",
+                    off = ", does not lie on element sides: no element has a side between mesh nodes ";
+  const std::tuple<char, int, int, int, std::string> cases[] = {
+      {'T', 0, 0, 0, "Check line temperatures" + tail + "line temperature 2"},
+      {'T', 1, 0, 0, "Check line temperature" + tail + "line temperature 2"},
+      {'T', 10, 1, 0, "Check line temperatures" + tail + "line temperature 2"},
+      {'S', 0, 2, 1, "Check line supports" + tail + "line support 2"},
+      {'S', 1, 99, 1, "Check line supports" + tail + "line support 2"},
+      {'S', 2, 4, 3, "Check line supports again. Line support 2, from node 2 to node 4" + off + "3 and 5"},
+      {'L', -3, 2, 3, "Check line load" + tail + "line load 2"},
+      {'L', 1, 10, 3, "Check line loads" + tail + "line load 2"},
+      {'L', 1, 3, 3, "Check line loads again. Line load 2, from node 1 to node 3" + off + "1 and 5"},
   };
-  for (const auto& [a, b, message] : cases) {
+  for (const auto& [kind, a, b, supports, message] : cases) {
+    SCOPED_TRACE(message);
     Project p = Grid_2x2();
     for (int k = 5; k <= 10; ++k)
       Add_Node(p, 0, 0);
-    p.Line_T.add(On_Side<Line_T>(1, 2));
-    p.Line_T.add(On_Side<Line_T>(a, b));
-    EXPECT_EQ(Transfer(p), "refused: " + message);
-    EXPECT_EQ(p.Prescribed_Node.count(), 0);  // the check comes before any line is worked
-  }
-  for (const bool bad_a : {true, false}) {
-    Project p = Grid_2x2();
     p.Point_Support.add(Support{});
-    p.Line_Support.add(On_Side<Support>(bad_a ? 0 : 1, bad_a ? 2 : 99));
-    EXPECT_EQ(Transfer(p), "refused: Check line supports" + tail + "line support 1");
-    EXPECT_EQ(p.Mesh_Support.count(), 1);  // point supports were done when the check stopped
-    p = Grid_2x2();
-    p.Line_Load.add(On_Side<Load>(1, 2));
-    p.Line_Load.add(On_Side<Load>(bad_a ? -3 : 1, bad_a ? 2 : 10));
-    EXPECT_EQ(Transfer(p), std::string("refused: ") + (bad_a ? "Check line load" : "Check line loads") +
-                               tail + "line load 2");
+    p.Line_T.add(On_Side<Line_T>(1, 2));
+    if (kind != 'T') p.Line_Support.add(On_Side<Support>(1, 2));
+    if (kind == 'L') p.Line_Load.add(On_Side<Load>(1, 2));
+    if (kind == 'T') p.Line_T.add(On_Side<Line_T>(a, b));
+    if (kind == 'S') p.Line_Support.add(On_Side<Support>(a, b));
+    if (kind == 'L') p.Line_Load.add(On_Side<Load>(a, b));
+    EXPECT_EQ(Transfer(p), "refused: " + message);
+    EXPECT_EQ(p.Mesh_Support.count(), supports);
+    EXPECT_EQ(p.Prescribed_Node.count(), kind == 'T' ? 0 : 3);
   }
 }
 
-TEST(Set_Prescribed_Data, LineSupportsFollowTheSideInOrderWithTheThicknessOfTheFirstElement) {
-  Project p = Grid_2x2();
-  const int bottom = Add_Node(p, 100, 0), top = Add_Node(p, 100, 200);
-  Support up = On_Side<Support>(bottom, top);
-  up.Angle = 30;
-  up.Effective_Thickness = 77;     // whatever the design record holds is replaced
-  p.Point_Support.add(Support{});  // placed first, at (0, 0)
-  p.Line_Support.add(up);
-  p.Line_Support.add(On_Side<Support>(top, bottom));
-  EXPECT_EQ(Transfer(p), "");
-  ASSERT_EQ(p.Mesh_Support.count(), 5);
-  EXPECT_EQ(p.Mesh_Support[1].Node_A, 0);
-  EXPECT_EQ(p.Mesh_Support[1].Element, 1);
-  // Up 2 -> 5 -> 8 and down again. Side 2-5 belongs to elements 1 and 2, side 5-8 to 3 and 4: the
-  // first of each pair gives the thickness, 10 and 30.
-  const int a[] = {2, 5, 8, 5}, b[] = {5, 8, 5, 2};
-  const double y[] = {50, 150, 150, 50}, thickness[] = {10, 30, 30, 10};
-  for (int k = 0; k < 4; ++k) {
-    const Support& m = p.Mesh_Support[k + 2];
-    EXPECT_EQ(m.Node_A, a[k]) << k;
-    EXPECT_EQ(m.Node_B, b[k]) << k;
-    EXPECT_EQ(m.X, 100);
-    EXPECT_EQ(m.Y, y[k]) << k;
-    EXPECT_EQ(m.Segment_Length, 100);
-    EXPECT_EQ(m.Effective_Thickness, thickness[k]) << k;
-    EXPECT_EQ(m.Angle, k < 2 ? 30 : Support{}.Angle) << k;
+TEST(Set_Prescribed_Data, LineSupportsAndLoadsTakeTheFirstElementWithTheSideWhicheverWayItIsNamed) {
+  // Side 2-5 belongs to elements 1 (which runs it upwards) and 2 (downwards), side 5-8 to elements 3
+  // and 4; the bottom sides 1-2 and 2-3 to elements 1 and 2 alone, which run them to the right.
+  // Each row: element 1 of no thickness, the design nodes of the line, the mesh nodes along it in
+  // order, the middles of the two segments, their thicknesses. The first element with a thickness
+  // gives it; a side whose elements have none gets 0 and still carries the line.
+  using N = std::int16_t;
+  const std::tuple<bool, N, N, std::vector<int>, std::vector<double>, std::vector<double>> cases[] = {
+      {false, 5, 6, {2, 5, 8}, {100, 50, 100, 150}, {10, 30}},
+      {false, 6, 5, {8, 5, 2}, {100, 150, 100, 50}, {30, 10}},
+      {false, 1, 2, {1, 2, 3}, {50, 0, 150, 0}, {10, 20}},
+      {false, 2, 1, {3, 2, 1}, {150, 0, 50, 0}, {20, 10}},
+      {true, 6, 5, {8, 5, 2}, {100, 150, 100, 50}, {30, 20}},
+      {true, 1, 2, {1, 2, 3}, {50, 0, 150, 0}, {0, 20}},
+  };
+  for (const auto& [thin, a, b, nodes, middles, thickness] : cases) {
+    SCOPED_TRACE(testing::Message() << a << " to " << b << (thin ? ", element 1 thin" : ""));
+    Project p = Grid_2x2();
+    Add_Node(p, 100, 0);  // design node 5
+    Add_Node(p, 100, 200);
+    if (thin) p.Mesh_Element[1].Thickness = 0;
+    // Whatever thickness the design record holds is replaced.
+    p.Line_Support.add({.Angle = 30, .Node_A = a, .Node_B = b, .Effective_Thickness = 77});
+    p.Line_Load.add({.Node_A = a, .Node_B = b});
+    EXPECT_EQ(Transfer(p), "");
+    ASSERT_EQ(std::pair(p.Mesh_Support.count(), p.Mesh_Load.count()), std::pair(2, 2));
+    for (int k = 0; k < 2; ++k) {
+      const Support& s = p.Mesh_Support[k + 1];
+      const Load& l = p.Mesh_Load[k + 1];
+      const auto want =
+          std::tuple(nodes[k], nodes[k + 1], middles[2 * k], middles[2 * k + 1], 100.0, thickness[k]);
+      EXPECT_EQ(std::tuple(int{s.Node_A}, int{s.Node_B}, s.X, s.Y, s.Segment_Length, s.Effective_Thickness),
+                want);
+      EXPECT_EQ(std::tuple(int{l.Node_A}, int{l.Node_B}, l.X, l.Y, l.Node_Spacing, l.Effective_Thickness),
+                want);
+      EXPECT_EQ(s.Angle, 30);
+    }
   }
-  // An element of no thickness gives way to the next one with the side.
-  p.Mesh_Element[1].Thickness = 0;
-  EXPECT_EQ(Transfer(p), "");
-  EXPECT_EQ(p.Mesh_Support[2].Effective_Thickness, 20);
-  EXPECT_EQ(p.Mesh_Support[3].Effective_Thickness, 30);
 }
 
 TEST(Set_Prescribed_Data, MeshNodesAlongALongSideAreSortedFromItsFirstNode) {
@@ -270,13 +250,12 @@ TEST(Set_Prescribed_Data, MeshNodesAlongALongSideAreSortedFromItsFirstNode) {
   ASSERT_EQ(p.Mesh_Load.count(), 4);
   for (int k = 0; k < 4; ++k) {
     const Load& m = p.Mesh_Load[k + 1];
-    EXPECT_EQ(m.Node_A, order[k]) << k;
-    EXPECT_EQ(m.Node_B, order[k + 1]) << k;
+    // The elements run the other way: thicknesses 4 down to 1.
+    EXPECT_EQ(std::tuple(int{m.Node_A}, int{m.Node_B}, m.Effective_Thickness, m.Level),
+              std::tuple(order[k], order[k + 1], 4.0 - k, 7.0));
     EXPECT_NEAR(m.Node_Spacing, 125, 1e-12);
-    EXPECT_NEAR(m.X, 400 * (0.875 - 0.25 * k), 1e-12);
-    EXPECT_NEAR(m.Y, 300 * (0.875 - 0.25 * k), 1e-12);
-    EXPECT_EQ(m.Effective_Thickness, 4 - k);  // the elements run the other way
-    EXPECT_EQ(m.Level, 7);
+    EXPECT_NEAR(m.X, 350 - 100 * k, 1e-12);
+    EXPECT_NEAR(m.Y, 262.5 - 75 * k, 1e-12);
   }
 }
 
@@ -284,46 +263,33 @@ TEST(Set_Prescribed_Data, PointsAreLocatedInPlaceWithTheirThicknessOrAxisymmetri
   for (const bool axisymmetric : {false, true}) {
     SCOPED_TRACE(axisymmetric);
     Project p = Grid_2x2();
-    // A skewed top row, so that a radius comes from the corner weights, not a plain scale.
-    p.Mesh_Node[8].X = 130;
+    p.Mesh_Node[8].X = 130;  // a skewed top row
     p.Out_Of_Plane.Axisymmetric = axisymmetric ? True_Flag : False_Flag;
     p.Out_Of_Plane.Offset_Radius = 1000;
-    Point_T pt;
-    pt.X = 25, pt.Y = 75;
-    p.Point_T.add(pt);
-    Load load;
-    load.X = 150, load.Y = 120, load.Node_A = 7, load.Node_B = 8;  // a point load keeps its nodes
-    p.Point_Load.add(load);
-    load.X = -10;  // outside
-    p.Point_Load.add(load);
-    Support support;
-    support.X = 120, support.Y = 150, support.Node_A = 3;
-    p.Point_Support.add(support);
-    support.X = 250;  // outside
-    p.Point_Support.add(support);
+    p.Point_T.add({.X = 25, .Y = 75});
+    p.Point_Load.add({.X = 150, .Y = 120, .Node_A = 7, .Node_B = 8});  // a point load keeps its nodes
+    p.Point_Load.add({.X = -10, .Y = 120});                            // outside
+    p.Point_Support.add({.X = 120, .Y = 150, .Node_A = 3});
+    p.Point_Support.add({.X = 250, .Y = 150});  // outside
     p.Line_Support.add(On_Side<Support>(1, 2));
     EXPECT_EQ(Transfer(p), "");
 
-    EXPECT_EQ(p.Point_T[1].Element, 1);
-    EXPECT_DOUBLE_EQ(p.Point_T[1].Local_X, 0.25);
-    EXPECT_DOUBLE_EQ(p.Point_T[1].Local_Y, 0.75);
-    const Load& in = p.Point_Load[1];
-    EXPECT_EQ(in.Element, 4);
-    EXPECT_NEAR(in.Effective_Thickness, axisymmetric ? 1150 : 40, 1e-9);  // radius x + Ro
-    EXPECT_EQ(in.Node_A, 7);
-    EXPECT_EQ(in.Node_B, 8);
-    EXPECT_EQ(p.Point_Load[2].Element, 0);
-    EXPECT_EQ(p.Point_Load[2].Effective_Thickness, 0);
-    ASSERT_EQ(p.Mesh_Support.count(), 4);
-    EXPECT_EQ(p.Mesh_Support[1].Element, 4);
-    EXPECT_NEAR(p.Mesh_Support[1].Effective_Thickness, axisymmetric ? 1120 : 40, 1e-9);
+    EXPECT_EQ(std::tuple(int{p.Point_T[1].Element}, p.Point_T[1].Local_X, p.Point_T[1].Local_Y),
+              std::tuple(1, 0.25, 0.75));
+    EXPECT_EQ(std::tuple(int{p.Point_Load[1].Node_A}, int{p.Point_Load[1].Node_B}), std::tuple(7, 8));
     EXPECT_EQ(p.Mesh_Support[1].Node_A, 0);   // a point support has no side
     EXPECT_EQ(p.Point_Support[1].Node_A, 3);  // the design record is left alone
-    EXPECT_EQ(p.Mesh_Support[2].Element, 0);
-    EXPECT_EQ(p.Mesh_Support[2].Effective_Thickness, 0);
-    // Segments of the bottom side: element thickness 10 and 20, or the mean X of their nodes + Ro.
-    EXPECT_DOUBLE_EQ(p.Mesh_Support[3].Effective_Thickness, axisymmetric ? 1050 : 10);
-    EXPECT_DOUBLE_EQ(p.Mesh_Support[4].Effective_Thickness, axisymmetric ? 1150 : 20);
+    // Element and thickness of the point loads, then of the mesh supports: the two points, then the
+    // segments of the bottom side, of elements 1 and 2. The radius is x + Ro: of the point, or of
+    // the middle of the segment.
+    std::vector<double> got;
+    for (const Load& l : p.Point_Load)
+      got.insert(got.end(), {static_cast<double>(l.Element), l.Effective_Thickness});
+    for (const Support& s : p.Mesh_Support)
+      got.insert(got.end(), {static_cast<double>(s.Element), s.Effective_Thickness});
+    const std::vector<double> plane{4, 40, 0, 0, 4, 40, 0, 0, 0, 10, 0, 20},
+        radius{4, 1150, 0, 0, 4, 1120, 0, 0, 0, 1050, 0, 1150};
+    EXPECT_THAT(got, testing::Pointwise(testing::DoubleNear(1e-9), axisymmetric ? radius : plane));
   }
 }
 

@@ -4,9 +4,8 @@
 
 #include <clocale>
 #include <filesystem>
-#include <functional>
 #include <locale>
-#include <random>
+#include <tuple>
 
 #include "support/rich_project.h"
 #include "support/temp_dir.h"
@@ -79,38 +78,29 @@ TEST(Project_File, RichProjectRoundTripsInEveryVersionAndAnyMixOfSeparators) {
     expected.File_Version = back.File_Version;
     EXPECT_TRUE(back == expected);
   }
-  // The example, read and written again, gives back its own bytes.
-  const std::string example = Read_Text(test::Source_Path("examples/WALL.PVX"));
-  Project p;
-  Read_Report report;
-  ASSERT_TRUE(Parses(example, p, report)) << report.detail;
-  EXPECT_EQ(Write_Project_Text(p, 109, "PVX-Concrete.txt"), example);
 }
 
 struct Comma_Numpunct : std::numpunct<char> {
   char do_decimal_point() const override { return ','; }
 };
 
-TEST(Project_File, NumbersAreWrittenShortestWithAPointInAnyLocale) {
+TEST(Project_File, TheExampleReadsAndWritesBackToItsOwnBytesInACommaLocale) {
+  const std::string example = Read_Text(test::Source_Path("examples/WALL.PVX"));
   // Both the C++ global locale and, where one is installed, the C locale write a comma here.
   const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new Comma_Numpunct));
   const bool c_locale =
       std::setlocale(LC_NUMERIC, "de_DE.UTF-8") || std::setlocale(LC_NUMERIC, "nl_NL.UTF-8");
   Project p;
-  New_Project(p);
-  p.Project_Text[0] = "Wall, slab";
-  p.Grid_X_Increment = 0.1 + 0.2;  // needs 17 digits
-  p.Grid_Y_Increment = 2.5;
-  p.Snap_Size = 1e-8;
+  Read_Report report;
+  const bool read = Parses(example, p, report);
+  const std::string again = Write_Project_Text(p, 109, "PVX-Concrete.txt");
   p.Mouse_Radius = 0.1f;  // a single with its own digits, not 0.10000000149011612
-  const std::string text = Write_Project_Text(p, 109, "db.txt");
+  const std::string text = Write_Project_Text(p, 109, "PVX-Concrete.txt");
   std::locale::global(previous);
   if (c_locale) std::setlocale(LC_NUMERIC, "C");
-  EXPECT_EQ(text.substr(0, 29), "109\r\n\"db.txt\"\r\n\"Wall, slab\"\r\n");
-  // Grid increments x and y; snap size and mouse radius.
-  EXPECT_NE(text.find("\r\n0.30000000000000004\r\n2.5\r\n"), std::string::npos);
-  EXPECT_NE(text.find("\r\n1E-08\r\n0.1\r\n"), std::string::npos);
-  EXPECT_EQ(text.find("2,5"), std::string::npos);
+  ASSERT_TRUE(read) << report.detail;
+  EXPECT_EQ(again, example);                                     // among them doubles that need all 17 digits
+  EXPECT_NE(text.find("\r\n10\r\n0.1\r\n"), std::string::npos);  // snap size and mouse radius
 }
 
 // A version-100 file typed by hand, value by value, so that the reader's order is checked
@@ -159,38 +149,31 @@ TEST(Project_File, HandWrittenVersion100FollowsTheOldLayout) {
   Read_Report report;
   ASSERT_TRUE(Parse_Project_Text(Hand_Written_100, p, database, report)) << report.detail;
   EXPECT_EQ(database, "C:\\data\\PVX2002.txt");
-  EXPECT_EQ(p.Circ_Inner_Radius, 750);  // not in the file
-  EXPECT_EQ(p.Circ_Outer_Radius, 900);
-  EXPECT_EQ(p.Snap_Mode, 1);
-  ASSERT_EQ(Node_Count(p), 4);
-  EXPECT_EQ(p.Node_Y[3], 500);
-  ASSERT_EQ(p.Macro.count(), 1);
-  EXPECT_EQ(p.Macro[1].Moisture_Content, 130);
-  EXPECT_EQ(p.Spring_Functions[1].Point_Time[1], -1);
-  EXPECT_EQ(p.Load_Functions.count(), 1);  // the new-project Load function stays
-  ASSERT_EQ(p.Border.count(), 1);
+  ASSERT_EQ(std::tuple(Node_Count(p), p.Macro.count(), p.Border.count(), p.Mesh_Element.count(),
+                       p.Mesh_Border.count(), Number_Of_Runs(p)),
+            std::tuple(4, 1, 1, 1, 1, 1));
+  // The inner radius is not in the file: it keeps its default between the outer radius and the
+  // snap mode. The new-project Load function stays.
+  EXPECT_EQ(std::tuple(p.Circ_Inner_Radius, p.Circ_Outer_Radius, p.Snap_Mode, p.Current_Node),
+            std::tuple(750.0, 900.0, 1, 4));
+  EXPECT_EQ(std::tuple(p.Node_Y[3], p.Macro[1].Moisture_Content, p.Spring_Functions[1].Point_Time[1],
+                       p.Load_Functions.count()),
+            std::tuple(500.0, 130.0, -1.0, 1));
+  // Convection switched off wins over the 21 in the file; the mesh border has no hygral period.
   const Thermal_Period& t = p.Border[1].Thermal_Periods[1];
-  EXPECT_EQ(t.Convection_Coefficient, 0);  // the switch wins over the 21 in the file
-  EXPECT_EQ(t.Es, 0.5);
-  EXPECT_EQ(p.Border[1].Hygral_Periods[1].Transfer_Coefficient, 1e-8);
-  EXPECT_EQ(p.Current_Node, 4);
-  ASSERT_EQ(p.Mesh_Element.count(), 1);
+  EXPECT_EQ(std::tuple(t.Convection_Coefficient, t.Es, p.Border[1].Hygral_Periods[1].Transfer_Coefficient),
+            std::tuple(0.0, 0.5, 1e-8));
+  EXPECT_EQ(std::tuple(p.Mesh_Border[1].Hygral_Periods.count(), p.Mesh_Border[1].Thermal_Periods[1].Es),
+            std::tuple(0, 0.0));  // radiation off
   EXPECT_EQ(p.Mesh_Element[1].Dof, (Array1<std::int32_t, 8>{{1, 2, 3, 4, 5, 6, 7, 8}}));
-  ASSERT_EQ(p.Mesh_Border.count(), 1);
-  EXPECT_EQ(p.Mesh_Border[1].Hygral_Periods.count(), 0);
-  EXPECT_EQ(p.Mesh_Border[1].Thermal_Periods[1].Es, 0);  // radiation off
-  EXPECT_EQ(p.Result_File_Name, "OLD.RES");
-  ASSERT_EQ(Number_Of_Runs(p), 1);
-  EXPECT_EQ(p.Run_Material[1], 2);
+  EXPECT_EQ(std::tuple(p.Result_File_Name, p.Run_Material[1]), std::tuple(std::string("OLD.RES"), 2));
 }
 
+// A missing file is refused with the same message, as the batch tool's tests show.
 TEST(Project_File, ADamagedFileIsRefusedWithTheProgramsMessageAndTheOpenProjectStays) {
   const std::string good = Write_Project_Text(Rich_Project(), 109, "db.txt");
   auto replaced = [&](const std::string& from, const std::string& to) {
-    std::string t = good;
-    const std::size_t k = t.find(from);
-    EXPECT_NE(k, std::string::npos) << from;
-    return k == std::string::npos ? t : t.replace(k, from.size(), to);
+    return std::string(good).replace(good.find(from), from.size(), to);  // throws when from is missing
   };
   // The node count 6 stands behind the grid block, the macro count 2 behind the polygon.
   const std::string nodes = "\r\n6\r\n100.25,", macros = "\r\n2\r\n\"C30/37 CEM I\"";
@@ -210,8 +193,6 @@ TEST(Project_File, ADamagedFileIsRefusedWithTheProgramsMessageAndTheOpenProjectS
   open.Project_File = "open.PVX";
   const Project before = open;
   Read_Report report;
-  EXPECT_FALSE(Read_Project(dir.file("missing.PVX"), dir.path().string(), open, report));
-  EXPECT_EQ(report.message, "File cannot be opened !");
   for (const auto& [what, text] : damaged) {
     SCOPED_TRACE(what);
     Write_Text(dir.file("BAD.PVX"), text);
@@ -221,32 +202,17 @@ TEST(Project_File, ADamagedFileIsRefusedWithTheProgramsMessageAndTheOpenProjectS
     EXPECT_FALSE(report.detail.empty());
   }
   EXPECT_TRUE(open == before);
-}
-
-TEST(Project_File, EveryCutOfAFileIsRefusedCleanly) {
-  const std::string text = Write_Project_Text(Rich_Project(), 109, "db.txt");
+  // Every cut of a good file is refused; only one inside the very last value can still read (as a
+  // shorter number or flag).
   int refused = 0, cuts = 0;
-  for (std::size_t cut = 0; cut < text.size(); cut += 3, ++cuts) {
+  for (std::size_t cut = 0; cut < good.size(); cut += 3, ++cuts) {
     Project p;
-    Read_Report report;
-    const bool read = Parses(text.substr(0, cut), p, report);
+    report = {};
+    const bool read = Parses(good.substr(0, cut), p, report);
     refused += read ? 0 : 1;
     EXPECT_EQ(report.message, read ? "" : "File cannot be opened !");
   }
-  // Only a cut inside the very last value can still read (as a shorter number or flag).
   EXPECT_GE(refused, cuts - 3);
-}
-
-TEST(Project_File, ReadingFindsTheDatabaseInTheWorkDirectoryAndNamesTheResults) {
-  Temp_Dir dir;
-  Write_Text(dir.file("RICH.PVX"), Write_Project_Text(Rich_Project(), 109, "D:\\elsewhere\\PVX2003.txt"));
-  Project p;
-  Read_Report report;
-  ASSERT_TRUE(Read_Project(dir.file("RICH.PVX"), dir.path().string(), p, report));
-  EXPECT_EQ(p.Material_Database_Path, (dir.path() / "PVX2003.txt").string());
-  EXPECT_EQ(p.Project_File, dir.file("RICH.PVX"));
-  EXPECT_EQ(p.Project_Saved, False_Flag);
-  EXPECT_EQ(p.Result_Names, (std::vector<std::string>{"RICH.RES", "RICH.RES", "RICH2.RES"}));  // two runs
 }
 
 TEST(Project_File, SaveReplacesTheFileWholeOrKeepsThePreviousOne) {
@@ -258,10 +224,35 @@ TEST(Project_File, SaveReplacesTheFileWholeOrKeepsThePreviousOne) {
   Write_Text(p.Project_File, "an older and much longer file ............................................");
   Save_Report report;
   ASSERT_TRUE(Save_Project(p, dir.path().string(), report)) << report.error;
-  EXPECT_TRUE(report.messages.empty());
   EXPECT_EQ(p.Project_Saved, True_Flag);
   EXPECT_EQ(Read_Text(p.Project_File), Write_Project_Text(p, 109, "db.txt"));
   EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator{}), 2);  // no temporary
+  // Read back, the project counts as not saved, and the results of its two runs are named.
+  Project back;
+  Read_Report read;
+  ASSERT_TRUE(Read_Project(p.Project_File, dir.path().string(), back, read));
+  EXPECT_EQ(back.Project_Saved, False_Flag);
+  EXPECT_EQ(back.Result_Names, (std::vector<std::string>{"RICH.RES", "RICH.RES", "RICH2.RES"}));
+
+  // A database elsewhere is copied beside the project under the project's name, once (the copy,
+  // the message and the file's header are checked by the batch tool's convert); one that cannot be
+  // copied is named in full, and the project is still saved.
+  fs::create_directories(dir.path() / "db");
+  Write_Text(dir.file("db/PVX2003.txt"), "the database");
+  p.Material_Database_Path = dir.file("db/PVX2003.txt");
+  Save_Report copied, again, failed;
+  ASSERT_TRUE(Save_Project(p, dir.path().string(), copied));
+  EXPECT_EQ(p.Material_Database_Path, Join_Path(dir.path().string(), "P.txt"));
+  ASSERT_TRUE(Save_Project(p, dir.path().string(), again));
+  EXPECT_TRUE(again.messages.empty());
+  const std::string missing = "/nonexistent-folder/PVX2003.txt";
+  p.Material_Database_Path = missing;
+  ASSERT_TRUE(Save_Project(p, dir.path().string(), failed));
+  EXPECT_EQ(failed.messages, std::vector<std::string>{"With making a copy of file (" + missing +
+                                                      ") to file (" + dir.file("P.txt") +
+                                                      ") an error occured ! The complete path is stored of "
+                                                      "the original database in the .PVX file ! "});
+  EXPECT_EQ(Read_Text(p.Project_File).substr(0, 40), "109\r\n\"/nonexistent-folder/PVX2003.txt\"\r\n");
 
   // The target is a folder: nothing can be renamed over it, and nothing is lost; nor in a folder
   // that does not exist.
@@ -276,44 +267,10 @@ TEST(Project_File, SaveReplacesTheFileWholeOrKeepsThePreviousOne) {
   EXPECT_FALSE(Save_Project(p, dir.path().string(), report));
 }
 
-TEST(Project_File, ADatabaseOutsideTheWorkDirectoryIsCopiedBesideTheProjectOrNamedInFull) {
-  Temp_Dir dir;
-  fs::create_directories(dir.path() / "db");
-  fs::create_directories(dir.path() / "work");
-  Write_Text((dir.path() / "db" / "PVX2003.txt").string(), "the database");
-  Project p = Rich_Project();
-  const std::string work = (dir.path() / "work").string();
-  p.Project_File = (dir.path() / "work" / "WALL.PVX").string();
-  p.Material_Database_Path = (dir.path() / "db" / "PVX2003.txt").string();
-  Save_Report report;
-  ASSERT_TRUE(Save_Project(p, work, report));
-  EXPECT_EQ(report.messages, std::vector<std::string>{"Material Database File is saved as:  WALL.txt"});
-  EXPECT_EQ(Read_Text((dir.path() / "work" / "WALL.txt").string()), "the database");
-  EXPECT_EQ(p.Material_Database_Path, Join_Path(work, "WALL.txt"));
-  EXPECT_EQ(Read_Text(p.Project_File).substr(0, 17), "109\r\n\"WALL.txt\"\r\n");
-  // Saved again, the copy is in the work directory now: no second copy, no message.
-  Save_Report again;
-  ASSERT_TRUE(Save_Project(p, work, again));
-  EXPECT_TRUE(again.messages.empty());
-
-  // A copy that fails stores the full path, and the project is still saved.
-  const std::string missing = "/nonexistent-folder/PVX2003.txt";
-  p.Material_Database_Path = missing;
-  Save_Report failed;
-  ASSERT_TRUE(Save_Project(p, work, failed));
-  EXPECT_EQ(failed.messages,
-            std::vector<std::string>{"With making a copy of file (" + missing + ") to file (" +
-                                     (dir.path() / "work" / "WALL.txt").string() +
-                                     ") an error occured ! The complete path is stored of "
-                                     "the original database in the .PVX file ! "});
-  EXPECT_EQ(Read_Text(p.Project_File).substr(0, 40), "109\r\n\"/nonexistent-folder/PVX2003.txt\"\r\n");
-}
-
-TEST(Project_File, PathParts) {
+// The other path parts are met in the tests of saving, of the workflow and of the batch tool.
+TEST(Project_File, PathPartsOfAWindowsPathAndOfABareName) {
   EXPECT_EQ(getdir("C:\\a\\b.txt"), "C:\\a\\");
   EXPECT_EQ(getdir("b.txt"), "");
-  EXPECT_EQ(File_Part("/a/b/c.txt"), "c.txt");
-  EXPECT_EQ(Join_Path("/w/", "x.txt"), "/w/x.txt");
   EXPECT_EQ(Join_Path("", "x.txt"), "x.txt");
 }
 

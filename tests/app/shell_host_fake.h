@@ -26,9 +26,8 @@ struct Scripted_Host : Shell_Host {
 
   Answer Ask(const std::string& question, Question_Buttons) override {
     questions.push_back(question);
-    if (answers.empty()) return Answer::Cancel;
-    const Answer a = answers.front();
-    answers.pop_front();
+    const Answer a = answers.empty() ? Answer::Cancel : answers.front();
+    if (!answers.empty()) answers.pop_front();
     return a;
   }
   void Show_Message(const std::string& text) override { messages.push_back(text); }

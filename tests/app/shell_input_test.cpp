@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/workflow.h"
 
 namespace pvx {
@@ -10,14 +12,10 @@ namespace {
 
 using Entries = std::vector<File_Filter_Entry>;
 
+// The project filter itself, as the choosers show it, is walked through by the platform's tests.
 TEST(File_Filter, EntriesInOrderAndTheSuffixOfTheFirstSingleExtension) {
-  struct Case {
-    std::string filter;
-    Entries entries;
-    std::string suffix;
-  };
-  const Case cases[] = {
-      {Project_Filter, {{"Alle Files (*.*)", "*.*"}, {"Projekten(*.PVX)", "*.PVX"}}, "PVX"},
+  // The filter, its entries, the suffix a name without one gets.
+  const std::tuple<std::string, Entries, std::string> cases[] = {
       {"Alle Files (*.*)|*.*|Projekten(*.PVX)|*.PVX",
        {{"Alle Files (*.*)", "*.*"}, {"Projekten(*.PVX)", "*.PVX"}},
        "PVX"},
@@ -26,10 +24,10 @@ TEST(File_Filter, EntriesInOrderAndTheSuffixOfTheFirstSingleExtension) {
       {"Tables|*.txt;*.dat|Pictures|*.jpg|", {{"Tables", "*.txt;*.dat"}, {"Pictures", "*.jpg"}}, "jpg"},
       {"", {}, ""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.filter);
-    EXPECT_EQ(Split_File_Filter(c.filter), c.entries);
-    EXPECT_EQ(Default_Suffix(c.filter), c.suffix);
+  for (const auto& [filter, entries, suffix] : cases) {
+    SCOPED_TRACE(filter);
+    EXPECT_EQ(Split_File_Filter(filter), entries);
+    EXPECT_EQ(Default_Suffix(filter), suffix);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "mesh/mesh_index.h"
 #include "mesh_fixtures.h"
@@ -12,12 +13,8 @@ namespace pvx {
 namespace {
 
 TEST(Find_Or_Add_Node, MergesWithinAHundredthInEachCoordinateAndTakesTheFirst) {
-  struct Case {
-    const char* name;
-    double x, y;
-    int node;
-  };
-  const Case calls[] = {
+  // What the call is, the point, the node it gives.
+  const std::tuple<const char*, double, double, int> calls[] = {
       {"the first", 0, 0, 1},
       {"0.015 apart: a node of its own", 0.015, 0, 2},
       {"within both: the first in number order", 0.008, 0.0099, 1},
@@ -28,10 +25,10 @@ TEST(Find_Or_Add_Node, MergesWithinAHundredthInEachCoordinateAndTakesTheFirst) {
   Project p = test::Empty_Project();
   Mesh_Index index;
   std::string message;
-  for (const Case& c : calls) {
+  for (const auto& [name, x, y, node] : calls) {
     int n = 0;
-    ASSERT_TRUE(Find_Or_Add_Node(p, index, c.x, c.y, n, message));
-    EXPECT_EQ(n, c.node) << c.name;
+    ASSERT_TRUE(Find_Or_Add_Node(p, index, x, y, n, message));
+    EXPECT_EQ(n, node) << name;
   }
   EXPECT_EQ(p.Mesh_Node.count(), 3);
 
@@ -57,44 +54,37 @@ TEST(Find_Or_Add_Node, MergesWithinAHundredthInEachCoordinateAndTakesTheFirst) {
     ASSERT_TRUE(Find_Or_Add_Node(q, crowded, x, y, n, message));
     ASSERT_EQ(n, scan(x, y)) << i;
   }
-}
 
-TEST(Find_Or_Add_Node, StopsBeforeANodeNumberAnElementCannotHold) {
-  Project p = test::Empty_Project();
+  // At the largest node number an element can hold an existing node is still found, a new one is
+  // refused.
+  Project full = test::Empty_Project();
   for (int i = 1; i <= Max_I16_Reference; ++i)
-    p.Mesh_Node.add({static_cast<double>(i), 0});
-  Mesh_Index index;
-  Rebuild_Mesh_Index(p, index);
-  std::string message;
+    full.Mesh_Node.add({static_cast<double>(i), 0});
+  Rebuild_Mesh_Index(full, index);
   int n = 0;
-  EXPECT_TRUE(Find_Or_Add_Node(p, index, 5, 0, n, message));  // an existing one is still found
+  EXPECT_TRUE(Find_Or_Add_Node(full, index, 5, 0, n, message));
   EXPECT_EQ(n, 5);
-  EXPECT_FALSE(Find_Or_Add_Node(p, index, -1, 0, n, message));
+  EXPECT_FALSE(Find_Or_Add_Node(full, index, -1, 0, n, message));
   EXPECT_EQ(message, Too_Many_Nodes_Message);
-  EXPECT_EQ(p.Mesh_Node.count(), Max_I16_Reference);
+  EXPECT_EQ(full.Mesh_Node.count(), Max_I16_Reference);
 }
 
 TEST(Make_Initial_Mesh, OneElementPerMacroWithSharedCornersAndBordersByPlace) {
   Project p = test::Square(100);
-  test::Node(p, 200.0, 0);
-  test::Node(p, 200, 100);
-  // The second macro's own copies of the shared corners, 0.005 off: still the same mesh nodes.
-  test::Node(p, 100.005, -0.005);
-  test::Node(p, 99.995, 100.009);
-  test::Node(p, 0, 300);  // far from any mesh node
+  // Nodes 7 and 8 are the second macro's own copies of the shared corners, 0.005 off: still the
+  // same mesh nodes; node 9 is far from any.
+  for (const auto& [x, y] :
+       {std::pair{200.0, 0.0}, {200.0, 100.0}, {100.005, -0.005}, {99.995, 100.009}, {0.0, 300.0}})
+    Add_Node(p, x, y);
   p.Macro_Defaults.Temperature = 8;
   test::Add_Macro(p, 7, 5, 6, 8, "Granite");
-  Border b;
-  b.Node_A = 7;  // the copy of node 2: mesh node 2
-  b.Node_B = 3;
+  Border b = test::On_Side<Border>(7, 3);  // node 7, the copy of node 2, is mesh node 2
   b.Thermal_Periods.add(Thermal_Period{});
   b.Thermal_Periods[1].Convection_Coefficient = 7.5;
   p.Border.add(b);
   b.Node_A = 9;  // no mesh node there: keeps its design number
   p.Border.add(b);
-  Interface f;
-  f.Node_A = 1;
-  f.Node_B = 4;
+  Interface f = test::On_Side<Interface>(1, 4);
   f.Layer_Material = "Bitumen";
   p.Interface.add(f);
   Mesh_Session s;
@@ -107,18 +97,13 @@ TEST(Make_Initial_Mesh, OneElementPerMacroWithSharedCornersAndBordersByPlace) {
   ASSERT_EQ(p.Mesh_Element.count(), 2);
   EXPECT_EQ(test::Corners(p, 1), (std::array<int, 4>{1, 2, 3, 4}));
   EXPECT_EQ(test::Corners(p, 2), (std::array<int, 4>{2, 5, 6, 3}));
-  EXPECT_EQ(p.Mesh_Element[2].Temperature, 8);  // each element a copy of its macro
-  EXPECT_EQ(p.Mesh_Node[2].X, 100);             // the node keeps the corner that made it
-  EXPECT_EQ(p.Mesh_Node[2].Y, 0);
+  EXPECT_EQ(p.Mesh_Element[2].Temperature, 8);     // each element a copy of its macro
+  EXPECT_EQ(p.Mesh_Node[2], (Mesh_Node{100, 0}));  // the node keeps the corner that made it
   test::Expect_Sound(p);
-  ASSERT_EQ(p.Mesh_Border.count(), 2);
-  EXPECT_EQ(p.Mesh_Border[1].Node_A, 2);
-  EXPECT_EQ(p.Mesh_Border[1].Node_B, 3);
-  EXPECT_EQ(p.Mesh_Border[1].Thermal_Periods[1].Convection_Coefficient, 7.5);
-  EXPECT_EQ(p.Mesh_Border[2].Node_A, 9);
-  ASSERT_EQ(p.Mesh_Interface.count(), 1);
-  EXPECT_EQ(p.Mesh_Interface[1].Node_B, 4);
-  EXPECT_EQ(p.Mesh_Interface[1].Layer_Material, "Bitumen");
+  // Borders and interfaces keep their data, on the mesh nodes at their ends.
+  b.Node_A = 2;
+  EXPECT_EQ(p.Mesh_Border, (Table<Border>{b, p.Border[2]}));
+  EXPECT_EQ(p.Mesh_Interface, p.Interface);
 
   // A macro corner that names no node is refused with the mesh as it was.
   const Project before = p;

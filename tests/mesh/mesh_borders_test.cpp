@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 #include <vector>
 
 #include "mesh_fixtures.h"
@@ -26,40 +27,34 @@ std::vector<int> Chain(const Table<Record>& entries, int from, int to) {
 }
 
 TEST(Split_Borders, TakesTheNodesStrictlyOnTheLineInOrderOfDistance) {
-  struct Case {
-    const char* name;
-    std::vector<double> nodes;  // x, y of each; 1 and 2 the ends of the border, the others new
-    std::vector<int> chain;
-  };
-  const Case cases[] = {
+  // What the line is, x and y of each node (1 and 2 the ends of the border, the others new), the
+  // chain.
+  const std::tuple<const char*, std::vector<double>, std::vector<int>> cases[] = {
       // 3 and 4 within 0.001 of the line; 5 beyond the end, 6 before the start, 7 0.002 off it,
       // 8 on the end itself; 9 as far along as 4, so after it.
-      Case("along X", {0, 0, 100, 0, 75, 0.0005, 25, -0.0009, 150, 0, -5, 0.0002, 50, 0.002, 100, 0, 25, 0},
-           {1, 4, 9, 3, 2}),
+      {"along X",
+       {0, 0, 100, 0, 75, 0.0005, 25, -0.0009, 150, 0, -5, 0.0002, 50, 0.002, 100, 0, 25, 0},
+       {1, 4, 9, 3, 2}},
       // Length 50 along (0.6, 0.8): 3 at 40, 4 at 10; 5 is 0.00064 across and 10.00048 along, 6
       // 0.0016 across.
-      Case("slanted", {10, 10, 40, 50, 34, 42, 16, 18, 16.0008, 18, 16.002, 18}, {1, 4, 5, 3, 2}),
+      {"slanted", {10, 10, 40, 50, 34, 42, 16, 18, 16.0008, 18, 16.002, 18}, {1, 4, 5, 3, 2}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, nodes, chain] : cases) {
+    SCOPED_TRACE(name);
     Project p = test::Empty_Project();
-    for (std::size_t k = 0; k < c.nodes.size(); k += 2)
-      p.Mesh_Node.add({c.nodes[k], c.nodes[k + 1]});
-    Border b;
-    b.Node_A = 1;
-    b.Node_B = 2;
-    b.Hygral_Active = True_Flag;
+    for (std::size_t k = 0; k < nodes.size(); k += 2)
+      p.Mesh_Node.add({nodes[k], nodes[k + 1]});
+    Border b = test::On_Side<Border>(1, 2), empty = test::On_Side<Border>(1, 1);  // of zero length
+    b.Hygral_Active = empty.Hygral_Active = True_Flag;
     p.Mesh_Border.add(b);
-    Border empty = b;
-    empty.Node_B = 1;  // of zero length: takes no node
     p.Mesh_Border.add(empty);
     std::string message;
     Project unchanged = p;  // nodes before first_new are not looked at
     ASSERT_TRUE(Split_Borders(unchanged, p.Mesh_Node.count() + 1, message));
     EXPECT_EQ(unchanged.Mesh_Border, p.Mesh_Border);
     ASSERT_TRUE(Split_Borders(p, 3, message));
-    EXPECT_EQ(Chain(p.Mesh_Border, 1, 2), c.chain);
-    EXPECT_EQ(p.Mesh_Border.count(), static_cast<int>(c.chain.size()));
+    EXPECT_EQ(Chain(p.Mesh_Border, 1, 2), chain);
+    EXPECT_EQ(p.Mesh_Border.count(), static_cast<int>(chain.size()));
     EXPECT_EQ(p.Mesh_Border[2], empty);  // the first entry keeps its place, the others follow
     for (const Border& m : p.Mesh_Border)
       EXPECT_EQ(m.Hygral_Active, True_Flag);
@@ -70,18 +65,12 @@ TEST(Split_Borders, ACutPuttingFourNodesOnABorderAndAnInterfaceMakesChains) {
   // The left side of a square carries a border from (0,300) down to (0,0), the right side an
   // interface upwards; a cut in five parts across the square puts four nodes on each.
   Project p = test::Square(300);
-  Border b;
-  b.Node_A = 4;
-  b.Node_B = 1;
-  b.Thermal_Active = True_Flag;
-  p.Border.add(b);
-  Interface f;
-  f.Node_A = 2;
-  f.Node_B = 3;
+  p.Border.add(test::On_Side<Border>(4, 1));
+  Interface f = test::On_Side<Interface>(2, 3);
   f.Layer_Material = "Bitumen";
   p.Interface.add(f);
   Mesh_Session s = test::Meshed(p);
-  ASSERT_TRUE(test::Cut(p, s, 1, 2, 5));
+  ASSERT_EQ(test::Cut(p, s, 1, 2, 5), "");
   // P(k) are 5, 7, 9, 11 (right edge, upwards) and Q(k) 6, 8, 10, 12 (left edge, upwards).
   EXPECT_EQ(Chain(p.Mesh_Border, 4, 1), (std::vector<int>{4, 12, 10, 8, 6, 1}));
   EXPECT_EQ(p.Mesh_Border.count(), 5);

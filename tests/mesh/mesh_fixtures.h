@@ -24,10 +24,6 @@ inline Project Empty_Project() {
   return p;
 }
 
-inline int Node(Project& p, double x, double y) {
-  return Add_Node(p, x, y);
-}
-
 inline int Add_Macro(Project& p, int c1, int c2, int c3, int c4, const std::string& material = "C30/37") {
   Macro m;
   static_cast<Macro_Values&>(m) = p.Macro_Defaults;
@@ -40,12 +36,21 @@ inline int Add_Macro(Project& p, int c1, int c2, int c3, int c4, const std::stri
 // One square macro from (0, 0) to (size, size), corners counter-clockwise from the origin.
 inline Project Square(double size) {
   Project p = Empty_Project();
-  Node(p, 0, 0);
-  Node(p, size, 0);
-  Node(p, size, size);
-  Node(p, 0, size);
+  for (const auto& [x, y] : {std::pair{0.0, 0.0}, {size, 0.0}, {size, size}, {0.0, size}})
+    Add_Node(p, x, y);
   Add_Macro(p, 1, 2, 3, 4);
   return p;
+}
+
+// A cooling circuit with a pipe of `diameter` at each of the design nodes.
+inline void Add_Circuit(Project& p, std::initializer_list<int> nodes, double diameter) {
+  Circuit c = p.Circuit_Default;
+  Resize_Pipes(c, static_cast<int>(nodes.size()));
+  int k = 0;
+  for (const int node : nodes)
+    c.Pipe_Node[++k] = static_cast<std::int16_t>(node);
+  c.Diameter = diameter;
+  p.Circuit.add(c);
 }
 
 // The initial mesh of the project, in a session of its own.
@@ -57,8 +62,9 @@ inline Mesh_Session Meshed(Project& p) {
 }
 
 // A cut through the history, as the panel makes it: side `side` of `element` into `division` parts.
-inline bool Cut(Project& p, Mesh_Session& s, int element, int side, int division, int option = Ratio_Equal,
-                double a = 1.5) {
+// The message of a refusal; empty when the cut was made.
+inline std::string Cut(Project& p, Mesh_Session& s, int element, int side, int division,
+                       int option = Ratio_Equal, double a = 1.5) {
   s.Parameters.PickedElement = element;
   s.Parameters.PickedSide = side;
   s.Parameters.Division = division;
@@ -67,7 +73,16 @@ inline bool Cut(Project& p, Mesh_Session& s, int element, int side, int division
   std::string message;
   const bool ok = Split_Execution(p, s, message);
   EXPECT_EQ(ok, message.empty()) << message;
-  return ok;
+  return message;
+}
+
+// The same side of a line object, border or interface between nodes a and b.
+template <class Record>
+Record On_Side(int a, int b) {
+  Record r;
+  r.Node_A = static_cast<std::int16_t>(a);
+  r.Node_B = static_cast<std::int16_t>(b);
+  return r;
 }
 
 // Through the project file, as a mesh is met after a load.

@@ -19,16 +19,10 @@ using test::Corners;
 Project Four_Around(double diameter) {
   Project p = test::Empty_Project();
   for (int j = 0; j < 9; ++j)
-    test::Node(p, 100.0 * (j % 3), 100.0 * (j / 3));  // design node j + 1
-  test::Add_Macro(p, 1, 2, 5, 4);
-  test::Add_Macro(p, 2, 3, 6, 5);
-  test::Add_Macro(p, 5, 6, 9, 8);
-  test::Add_Macro(p, 4, 5, 8, 7);
-  Circuit c = p.Circuit_Default;
-  Resize_Pipes(c, 1);
-  c.Pipe_Node[1] = 5;
-  c.Diameter = diameter;
-  p.Circuit.add(c);
+    Add_Node(p, 100.0 * (j % 3), 100.0 * (j / 3));  // design node j + 1
+  for (const int c : {1, 2, 5, 4})
+    test::Add_Macro(p, c, c + 1, c + 4, c + 3);
+  test::Add_Circuit(p, {5}, diameter);
   return p;
 }
 
@@ -42,11 +36,8 @@ void Expect_Wall(const Project& p, int k, double x, double y, double radius, boo
   for (int j = 1; j <= 8; ++j) {
     const Mesh_Node& n = p.Mesh_Node[wall[j]];
     EXPECT_NEAR(std::hypot(n.X - x, n.Y - y), radius, 1e-9) << j;
-    if (regular)
-      EXPECT_NEAR(std::remainder(std::atan2(n.Y - y, n.X - x) - first - (j - 1) * std::numbers::pi / 4,
-                                 2 * std::numbers::pi),
-                  0, 1e-9)
-          << j;
+    const double turn = std::atan2(n.Y - y, n.X - x) - first - (j - 1) * std::numbers::pi / 4;
+    EXPECT_NEAR(regular ? std::remainder(turn, 2 * std::numbers::pi) : 0, 0, 1e-9) << j;
   }
 }
 
@@ -83,13 +74,10 @@ TEST(Integrate_Circuits, EightWallNodesAndSixElementsPerQuarter) {
   EXPECT_NEAR(test::Mesh_Area(p), 200.0 * 200 - 2 * std::sqrt(2.0) * 100, 1e-9);
   test::Expect_Sound(p);
 
-  // Integrating twice is refused; one step back gives the plain mesh again.
+  // Integrating twice is refused.
   const Project integrated = p;
   EXPECT_FALSE(Integrate_Circuits(p, s, message));
   EXPECT_EQ(p, integrated);
-  ASSERT_TRUE(History_Backward(p, s, message));
-  EXPECT_EQ(p.Mesh_Element.count(), 4);
-  EXPECT_FALSE(s.Circuits_Integrated);
 }
 
 TEST(Integrate_Circuits, TwoPipesInACutMeshOneOffItsNode) {
@@ -98,17 +86,12 @@ TEST(Integrate_Circuits, TwoPipesInACutMeshOneOffItsNode) {
   Project p = test::Empty_Project();
   for (auto [x, y] :
        {std::pair{0.0, 0.0}, {400.0, 0.0}, {400.0, 200.0}, {0.0, 200.0}, {100.0, 100.0}, {300.0, 100.3}})
-    test::Node(p, x, y);
+    Add_Node(p, x, y);
   test::Add_Macro(p, 1, 2, 3, 4);
-  Circuit c = p.Circuit_Default;
-  Resize_Pipes(c, 2);
-  c.Pipe_Node[1] = 5;
-  c.Pipe_Node[2] = 6;
-  c.Diameter = 30;
-  p.Circuit.add(c);
+  test::Add_Circuit(p, {5, 6}, 30);
   Mesh_Session s = test::Meshed(p);
-  ASSERT_TRUE(test::Cut(p, s, 1, 1, 4));
-  ASSERT_TRUE(test::Cut(p, s, 1, 2, 2));
+  ASSERT_EQ(test::Cut(p, s, 1, 1, 4), "");
+  ASSERT_EQ(test::Cut(p, s, 1, 2, 2), "");
   const int nodes = p.Mesh_Node.count();
   std::string message;
   ASSERT_TRUE(Integrate_Circuits(p, s, message)) << message;

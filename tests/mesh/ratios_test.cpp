@@ -2,8 +2,10 @@
 // are walked through by the panel's own tests.
 #include "mesh/ratios.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "mesh_fixtures.h"
@@ -13,13 +15,8 @@ namespace {
 
 TEST(Set_Ratios, CumulativeFractionsOfEachOption) {
   // Side 2 of the 300 mm square runs from (300, 0) to (300, 300); the pointer is beside it.
-  struct Case {
-    const char* name;
-    int option, division;
-    double a, pointer_y;
-    std::vector<double> fractions;
-  };
-  const Case cases[] = {
+  // What the cut is, the option, the division, the factor a, the pointer's height, the fractions.
+  const std::tuple<const char*, int, int, double, double, std::vector<double>> cases[] = {
       {"equal", Ratio_Equal, 4, 0, 0, {0.25, 0.5, 0.75, 1}},
       {"1 2 4 8", Ratio_Doubling, 4, 0, 0, {1.0 / 15, 3.0 / 15, 7.0 / 15, 1}},
       {"1 1", Ratio_Doubling_Mirror, 2, 0, 0, {0.5, 1}},
@@ -37,22 +34,21 @@ TEST(Set_Ratios, CumulativeFractionsOfEachOption) {
   };
   Project p = test::Square(300);
   test::Meshed(p);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, option, division, a, pointer_y, fractions] : cases) {
+    SCOPED_TRACE(name);
     Splitting_Parameters s;
-    s.RatioOption = c.option;
-    s.Division = c.division;
-    s.FactorA = c.a;
+    s.RatioOption = option;
+    s.Division = division;
+    s.FactorA = a;
     s.UserRatios = Table<double>{2, 0, 1};
     s.PickedElement = 1;
     s.PickedSide = 2;
     s.Pointer_X = 301;
-    s.Pointer_Y = c.pointer_y;
+    s.Pointer_Y = pointer_y;
     Set_Ratios(p, s);
-    EXPECT_EQ(s.Division, static_cast<int>(c.fractions.size()));
-    ASSERT_EQ(s.Ratios.count(), static_cast<int>(c.fractions.size()));
-    for (int k = 1; k <= s.Ratios.count(); ++k)
-      EXPECT_NEAR(s.Ratios[k], c.fractions[k - 1], 1e-15) << "fraction " << k;
+    EXPECT_EQ(s.Division, static_cast<int>(fractions.size()));
+    EXPECT_THAT(std::vector<double>(s.Ratios.begin(), s.Ratios.end()),
+                testing::Pointwise(testing::DoubleNear(1e-15), fractions));
   }
 }
 
