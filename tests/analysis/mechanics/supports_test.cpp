@@ -80,7 +80,8 @@ TEST(Mechanical_Supports, ReactionsBalanceLoadsAndDeadWeight) {
 // The resultant of a line load on the right side of a block 2000 mm high and 500 mm thick, the side
 // taken from its foot up. Water to 3 m presses to the left of the side, into the block, with
 // 0.00981 N/mm2 per m x 500 mm x 1000 mm x (2.5 + 1.5 m) = 19620 N; to 1.5 m only the lower segment
-// is wet: 4905 N. A load function of 3 times a factor of 0.1 MPa gives 300 kN along its angle;
+// is wet: 4905 N; to 1 m the lower one with 0.5 m at its middle, 2452.5 N, and the dry upper one
+// does not pull. A load function of 3 times a factor of 0.1 MPa gives 300 kN along its angle;
 // 0.2 MPa at -90 degrees from the side's direction (up) gives 200 kN along x.
 TEST(Mechanical_Loads, ResultantOfEachKindOfLineLoad) {
   struct Case {
@@ -92,6 +93,7 @@ TEST(Mechanical_Loads, ResultantOfEachKindOfLineLoad) {
   const double c30 = std::sqrt(3.0) / 2;
   for (const Case& c : {Case{"water to 3 m", 3, false, true, 0, -19620, 0},
                         Case{"water to 1.5 m", 1.5, false, true, 0, -4905, 0},
+                        Case{"water to 1 m", 1, false, true, 0, -2452.5, 0},
                         Case{"function", 0, true, true, 30, 3e5 * c30, 3e5 * 0.5},
                         Case{"angle from the side", 0, false, false, -90, 2e5, 0}}) {
     SCOPED_TRACE(c.name);
