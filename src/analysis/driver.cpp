@@ -146,6 +146,10 @@ void Report_Mechanical_Warnings(const Project& p, const Run_State& run,
     if (!material.Has_Mechanical)
       warn("Material \"" + material.Name + "\" has no mechanical data: its elements take no part in the " +
            "mechanical analysis.");
+    else if (Law_Of(material) == Point_Law::Maxwell_Chain)
+      warn("Material \"" + material.Name + "\" creeps as a Maxwell chain, which this version computes " +
+           "without cracking, without the acceleration by humidity and stress level and without " +
+           "transient creep.");
     else if (Law_Of(material) != Point_Law::Linear_Elastic)
       warn("Material \"" + material.Name + "\" has the model \"" + material.Model_Name +
            "\", which this version computes as linear elastic with its E-modulus (no creep, no cracking).");

@@ -306,8 +306,9 @@ void Assemble_Mechanical_Stiffness(const Project& p, Run_State& run, double dt) 
       Elastic_Matrices em;
       Set_Elastic_Matrices(Property(material->Nu, T, M), plane_stress, em);
       // A softening point will scale D here by its stiffness factor once cracking is computed.
-      const double factor = thickness * weight *
-                            Effective_Modulus(*material, Point_Conditions{Property(material->E, T, M), dt});
+      const double factor =
+          thickness * weight *
+          Effective_Modulus(*material, Point_Conditions{Property(material->E, T, M), dt, T, M});
       double DB[4][Max_Element_Dofs] = {};
       for (int i = 0; i < 4; ++i)
         for (int j = 0; j < dofs; ++j)
@@ -385,7 +386,8 @@ void Compute_Element_Stresses(const Project& p, Run_State& run, double dt) {
       for (std::size_t i = 0; i < 4; ++i)
         for (std::size_t j = 0; j < 4; ++j)
           unit[i] += em.D[i][j] * strain[j];
-      Update_Point_Stress(*material, Point_Conditions{Property(material->E, T, M), dt}, unit, point);
+      Update_Point_Stress(*material, Point_Conditions{Property(material->E, T, M), dt, T, M, em.C}, unit,
+                          point);
 
       const double factor = thickness * weight;
       for (int i = 0; i < dofs; ++i) {

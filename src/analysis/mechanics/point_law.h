@@ -20,6 +20,10 @@ Point_Law Law_Of(const Material& m);
 struct Point_Conditions {
   double E = 0;   // E-modulus at the point's temperature and maturity, MPa
   double dt = 0;  // step length, hours
+  double T = 0;   // temperature at the point, oC
+  double M = 0;   // maturity at the point, in the unit of the material's mechanical tables
+  // The unit-modulus compliance, for the creep strain; without it the creep strain is left at 0.
+  const double (*Compliance)[4] = nullptr;
 };
 
 // The modulus of the step that multiplies the unit-modulus stiffness in the tangent matrix.
