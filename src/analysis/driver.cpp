@@ -21,67 +21,6 @@ inline int Equation(const Run_State& run, int node) {
   return run.Numbering.Node_Equation[node];
 }
 
-// The fields of the current state, in the order of the result records.
-Field_Values Current_Fields(const Project& p, Run_State& run) {
-  for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
-    const int k = Equation(run, node);
-    run.Out_Temperature[static_cast<std::size_t>(node - 1)] = run.Temperature_New[k];
-    run.Out_Potential[static_cast<std::size_t>(node - 1)] = run.Moisture_New[k];
-  }
-  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
-    const int m = run.Element_Material[e];
-    const Material* material = p.Material.valid(m) ? &p.Material[m] : nullptr;
-    for (int i = 1; i <= 4; ++i) {
-      const Point_State& s = Point(run, e, i);
-      const auto at = static_cast<std::size_t>(4 * (e - 1) + i - 1);
-      run.Out_Maturity[at] = s.Maturity_New;
-      run.Out_Hydration[at] = s.Hydration_New;
-      run.Out_C_Maturity[at] = s.Weighted_Maturity_New;
-      run.Out_Moisture[at] = s.Water_New;
-      // Strengths as the material tables give them at the point's maturity (the weighted one for a
-      // material that keeps its tables in weighted maturity) and its corner temperature.
-      double ft = 0, fc = 0;
-      if (material && material->Has_Mechanical) {
-        const double T = run.Temperature_New[Equation(run, p.Mesh_Element[e].Corner[i])];
-        const double M = material->Dutch_Active ? s.Weighted_Maturity_New : s.Maturity_New;
-        ft = Table_Value(material->Ft, T, M);
-        fc = Table_Value(material->Fc, T, M);
-      }
-      run.Out_Tensile[at] = ft;
-      run.Out_Compressive[at] = fc;
-    }
-  }
-  Field_Values f;
-  f.Temperature = run.Out_Temperature;
-  f.Potential = run.Out_Potential;
-  f.Maturity = run.Out_Maturity;
-  f.Hydration = run.Out_Hydration;
-  f.C_Maturity = run.Out_C_Maturity;
-  f.Moisture_Content = run.Out_Moisture;
-  f.Tensile_Strength = run.Out_Tensile;
-  f.Compressive_Strength = run.Out_Compressive;
-  if (run.Mechanical_Included) {
-    Mechanical_State& m = run.Mechanics;
-    for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
-      const auto at = static_cast<std::size_t>(2 * (node - 1));
-      m.Out_Displacement[at] = m.Total[Place(m, 2 * node - 1)];
-      m.Out_Displacement[at + 1] = m.Total[Place(m, 2 * node)];
-    }
-    Compute_Nodal_Stresses(p, run);
-    for (std::size_t k = 1; k < m.Points.size(); ++k)
-      m.Out_Crack_Opening[k - 1] = m.Points[k].Crack_Opening;
-    for (int i = 1; i <= m.Supports.count(); ++i)
-      m.Out_Reaction[static_cast<std::size_t>(i - 1)] = m.Supports[i].Reaction;
-    f.Displacement = m.Out_Displacement;
-    f.Corner_Stress = m.Out_Corner_Stress;
-    f.Crack_Opening = m.Out_Crack_Opening;
-    f.Reaction = m.Out_Reaction;
-    f.Interface_Stress = m.Out_Interface;
-    f.Bar_Values = m.Out_Bar;
-  }
-  return f;
-}
-
 // How the temperature iteration of a step ended.
 enum class Thermal_Step { Settled, Singular, Stopped, Not_Settled };
 
@@ -165,6 +104,66 @@ void Report_Mechanical_Warnings(const Project& p, const Run_State& run,
 }
 
 }  // namespace
+
+Field_Values Current_Fields(const Project& p, Run_State& run) {
+  for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
+    const int k = Equation(run, node);
+    run.Out_Temperature[static_cast<std::size_t>(node - 1)] = run.Temperature_New[k];
+    run.Out_Potential[static_cast<std::size_t>(node - 1)] = run.Moisture_New[k];
+  }
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    const int m = run.Element_Material[e];
+    const Material* material = p.Material.valid(m) ? &p.Material[m] : nullptr;
+    for (int i = 1; i <= 4; ++i) {
+      const Point_State& s = Point(run, e, i);
+      const auto at = static_cast<std::size_t>(4 * (e - 1) + i - 1);
+      run.Out_Maturity[at] = s.Maturity_New;
+      run.Out_Hydration[at] = s.Hydration_New;
+      run.Out_C_Maturity[at] = s.Weighted_Maturity_New;
+      run.Out_Moisture[at] = s.Water_New;
+      // Strengths as the material tables give them at the point's maturity (the weighted one for a
+      // material that keeps its tables in weighted maturity) and its corner temperature.
+      double ft = 0, fc = 0;
+      if (material && material->Has_Mechanical) {
+        const double T = run.Temperature_New[Equation(run, p.Mesh_Element[e].Corner[i])];
+        const double M = material->Dutch_Active ? s.Weighted_Maturity_New : s.Maturity_New;
+        ft = Table_Value(material->Ft, T, M);
+        fc = Table_Value(material->Fc, T, M);
+      }
+      run.Out_Tensile[at] = ft;
+      run.Out_Compressive[at] = fc;
+    }
+  }
+  Field_Values f;
+  f.Temperature = run.Out_Temperature;
+  f.Potential = run.Out_Potential;
+  f.Maturity = run.Out_Maturity;
+  f.Hydration = run.Out_Hydration;
+  f.C_Maturity = run.Out_C_Maturity;
+  f.Moisture_Content = run.Out_Moisture;
+  f.Tensile_Strength = run.Out_Tensile;
+  f.Compressive_Strength = run.Out_Compressive;
+  if (run.Mechanical_Included) {
+    Mechanical_State& m = run.Mechanics;
+    for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
+      const auto at = static_cast<std::size_t>(2 * (node - 1));
+      m.Out_Displacement[at] = m.Total[Place(m, 2 * node - 1)];
+      m.Out_Displacement[at + 1] = m.Total[Place(m, 2 * node)];
+    }
+    Compute_Nodal_Stresses(p, run);
+    for (std::size_t k = 1; k < m.Points.size(); ++k)
+      m.Out_Crack_Opening[k - 1] = m.Points[k].Crack_Opening;
+    for (int i = 1; i <= m.Supports.count(); ++i)
+      m.Out_Reaction[static_cast<std::size_t>(i - 1)] = m.Supports[i].Reaction;
+    f.Displacement = m.Out_Displacement;
+    f.Corner_Stress = m.Out_Corner_Stress;
+    f.Crack_Opening = m.Out_Crack_Opening;
+    f.Reaction = m.Out_Reaction;
+    f.Interface_Stress = m.Out_Interface;
+    f.Bar_Values = m.Out_Bar;
+  }
+  return f;
+}
 
 void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& host) {
   const Event_Pump pump = [&host] { host.Pump_Events(); };

@@ -15,6 +15,7 @@
 #include "analysis/host.h"
 #include "analysis/run_state.h"
 #include "app/project.h"
+#include "results/storage.h"
 
 namespace pvx {
 
@@ -48,6 +49,10 @@ void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& h
 // two macros takes the value of the higher macro), and with the mechanical analysis no displacement
 // and no stress.
 void Set_Initial_State(const Project& p, Run_State& run, int variant);
+
+// The fields of the current state in the order of the result records, for the extremes and a
+// storage; with mechanics, the corner stresses are worked out for them first.
+Field_Values Current_Fields(const Project& p, Run_State& run);
 
 // Moves the current state of the step to the start of the next: temperatures, moistures and every
 // integration point's pairs.

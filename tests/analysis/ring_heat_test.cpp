@@ -96,8 +96,9 @@ TEST(Ring_Cut, TheFrameClosesWholeAndConductsRoundTheRing) {
     EXPECT_EQ(mirrored, c.nodes);
     // The heat has spread round to the corners of the frame opposite the hot part.
     for (int n = 1; n <= p.Mesh_Node.count(); ++n)
-      if (p.Mesh_Node[n].X == 300 && (p.Mesh_Node[n].Y == 0 || p.Mesh_Node[n].Y == 300))
+      if (p.Mesh_Node[n].X == 300 && (p.Mesh_Node[n].Y == 0 || p.Mesh_Node[n].Y == 300)) {
         EXPECT_GT(T(n), 20.5);
+      }
   }
 }
 

@@ -95,7 +95,7 @@ TEST(Database_Fault, CountsUpToTheirLimitsReadAndBeyondThemAreCorruption) {
   EXPECT_EQ(Read_One(joint(30)).Interface_Data[100], -30);
   std::string points = "ISOM 21 0.5 0";
   for (int i = 0; i < 21; ++i)
-    points += "\n" + std::to_string(i) + " " + std::to_string(1 - i / 20.0);
+    points.append("\n").append(std::to_string(i)).append(" ").append(std::to_string(1 - i / 20.0));
   EXPECT_EQ(Read_One(Base_With("ISOT softening 0.3 0.03 0.2", points)).Softening_Law.Crack_Width.count(), 21);
   // The chain size limit is a setting.
   const std::string chain = Chain_Head() + "Temp\nHum\nStress\nTransient\n";

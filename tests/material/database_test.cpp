@@ -15,7 +15,7 @@ using namespace test;
 TEST(Database, EveryLineLandsInItsField) {
   std::string nineteen_pairs = "2000 19";
   for (int i = 1; i <= 19; ++i)
-    nineteen_pairs += " " + std::to_string(i) + " " + std::to_string(100 * i);
+    nineteen_pairs.append(" ").append(std::to_string(i)).append(" ").append(std::to_string(100 * i));
   const std::string heat = "CORE heat 100000 0.05 4", soft = "ISOT softening 0.3 0.03 0.2";
   std::string hygral = With(Base_With("0.5 ratio", "0.5 1 ratio"), "0.8 default hydration", "0.8 1 default");
   hygral = With(

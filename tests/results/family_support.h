@@ -19,8 +19,14 @@ namespace pvx::test {
 static_assert(std::endian::native == std::endian::little, "the byte checks read values with memcpy");
 
 inline Result_Layout Small_Layout(bool mechanical = true) {
-  Result_Layout l{.Nodes = 3, .Elements = 2, .Doubled_Nodes = 1, .Reactions = 2, .Interfaces = 1, .Bars = 2};
-  l.Mechanical = mechanical;
+  Result_Layout l{.Nodes = 3,
+                  .Elements = 2,
+                  .Doubled_Nodes = 1,
+                  .Reactions = 2,
+                  .Interfaces = 1,
+                  .Bars = 2,
+                  .Mechanical = mechanical,
+                  .Circuit_Stations = {}};
   l.Circuit_Stations.add(4);
   return l;
 }

@@ -203,10 +203,11 @@ TEST(Plot_Element_Contours, UniformValuesOnLimitsAndOutsideTheScale) {
     const double v[4] = {value, value, value, value};
     Plot_Element_Contours(surface, Unit_Picture, Square_X, Square_Y, v, low, high);
     ASSERT_EQ(surface.Fills.size(), std::size_t(fills)) << value;
-    if (fills > 0)
+    if (fills > 0) {
       EXPECT_EQ(std::pair(Band_Of(surface.Fills.front().Colour), Band_Of(surface.Fills.back().Colour)),
                 std::pair(int(first), int(last)))
           << value;
+    }
   }
   // An element left of the picture leaves nothing, whatever its values.
   Recording_Surface surface(200, 200);

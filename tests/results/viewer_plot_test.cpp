@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <algorithm>
 #include <cmath>
 
@@ -41,8 +43,9 @@ struct Picture_Test : ::testing::Test {
     test::Two_Squares(p);
     p.Grid_X_Min = 0, p.Grid_X_Max = 200, p.Grid_Y_Min = 0, p.Grid_Y_Max = 100;
     Compute_Scale(picture, p, 400 * 15, 300 * 15, 15);
-    Dimension_Plot_Buffers({.Nodes = 6, .Elements = 2, .Reactions = 2, .Interfaces = 1, .Bars = 1},
-                           s.Buffers);
+    Dimension_Plot_Buffers(
+        {.Nodes = 6, .Elements = 2, .Reactions = 2, .Interfaces = 1, .Bars = 1, .Circuit_Stations = {}},
+        s.Buffers);
     s.Index.Storage_Time = {0, 12.5};
     s.CurrentStored = 2;
   }
@@ -106,7 +109,9 @@ TEST_F(Picture_Test, DeformedMeshShiftsCornersByTheMagnification) {
 }
 
 TEST_F(Picture_Test, InterfaceAndBarChartsScaleToTheLargestScaleValue) {
-  p.Mesh_Interface.add({.Node_A = 2, .Node_B = 3});  // the vertical side x = 100
+  Interface side;  // the vertical side x = 100
+  std::tie(side.Node_A, side.Node_B) = std::pair(2, 3);
+  p.Mesh_Interface.add(side);
   s.Buffers.Interface[1] = {{2, -1}, {0, 0}};
   s.Buffers.CurrentMin = -1, s.Buffers.CurrentMax = 2;
   s.Index.Extremes[23] = {-1, 2, -1, 4, 1, 1};  // M = 4: 2 -> 25 pixels, -1 -> 12.5 pixels
@@ -116,7 +121,9 @@ TEST_F(Picture_Test, InterfaceAndBarChartsScaleToTheLargestScaleValue) {
   EXPECT_THAT(Chart_Lengths(surface), Pointwise(DoubleNear(1e-9), {25.0, 12.5}));
   EXPECT_TRUE(Has_Text(surface, "Maximum 2.00 [MPa]") && Has_Text(surface, "Minimum -1.00 [MPa]"));
   // A bar's slip in imperial display, along y = 50 to the right.
-  p.Mesh_Rebar.add({.X1 = 0, .X2 = 200, .Y1 = 50, .Y2 = 50});
+  Rebar bar;
+  std::tie(bar.X1, bar.X2, bar.Y1, bar.Y2) = std::tuple(0.0, 200.0, 50.0, 50.0);
+  p.Mesh_Rebar.add(bar);
   s.Buffers.Bar[1] = {0, {0, 0}, {0.5f, 0.25f}};
   s.Index.Extremes[27] = {0, 0.5, 0, 0.5, 1, 1};
   s.CurrentVariable = 34;
@@ -126,7 +133,9 @@ TEST_F(Picture_Test, InterfaceAndBarChartsScaleToTheLargestScaleValue) {
   EXPECT_THAT(Chart_Lengths(bars), Pointwise(DoubleNear(1e-9), {50.0, 25.0}));
   // Positive slips are drawn upwards, at the Gauss stations of the bar's axis.
   for (const auto& l : bars.Lines)
-    if (l.Colour == Red && l.Width == 2) EXPECT_TRUE(l.Y2 < l.Y1 && l.X2 == l.X1);
+    if (l.Colour == Red && l.Width == 2) {
+      EXPECT_TRUE(l.Y2 < l.Y1 && l.X2 == l.X1);
+    }
   const double g = 1 / std::sqrt(3.0);  // the last line joins the tips
   EXPECT_NEAR(bars.Lines.back().X1, X(0) + (X(200) - X(0)) * (1 - g) / 2, 1e-9);
   EXPECT_NEAR(bars.Lines.back().X2, X(0) + (X(200) - X(0)) * (1 + g) / 2, 1e-9);

@@ -32,8 +32,11 @@ class Viewer_State_Test : public ::testing::Test {
   void SetUp() override {
     test::Two_Squares(p);
     p.Mesh_Element[2].Present_From = 1.5;
-    p.Mesh_Support.add({.X = 200});
-    p.Mesh_Support.add({.X = 0});
+    for (const double x : {200.0, 0.0}) {
+      Support s;
+      s.X = x;
+      p.Mesh_Support.add(s);
+    }
     p.Result_Names = {"B.RES", "B.RES", "B2.RES"};
     Result_Family written = test::Family_In(dir, Result_Layout_Of(p, false), 2);
     Run_Index index;

@@ -22,7 +22,7 @@ struct Two_Elements {
   Plot_Buffers b;
   Two_Elements() {
     test::Two_Squares(p);
-    Dimension_Plot_Buffers({.Nodes = 6, .Elements = 2}, b);
+    Dimension_Plot_Buffers({.Nodes = 6, .Elements = 2, .Circuit_Stations = {}}, b);
   }
   void Row(int e, int corner, float a1, float a2, float a3, float a4) {
     auto& r = b.Element_A[e][corner];
