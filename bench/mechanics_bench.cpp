@@ -30,6 +30,7 @@
 #include "analysis/mechanics/stress_loop.h"
 #include "analysis/mechanics/supports_loads.h"
 #include "material/properties.h"
+#include "profile_flops.h"
 #include "results/result_files.h"
 
 namespace pvx {
@@ -110,19 +111,6 @@ Project Wall() {
   return p;
 }
 
-// Two multiply-adds per entry of every inner product and per division of a column entry, as in
-// the solver benchmark.
-double Profile_Flops(const std::vector<std::int32_t>& cp, int n) {
-  double count = 0;
-  for (int j = 1; j <= n; ++j) {
-    const int h = cp[j] - cp[j - 1], first = j - h + 2;
-    for (int i = first; i <= j - 1; ++i)
-      count += std::max(0, std::min(cp[i] - cp[i - 1] - 1, i - first + 1));
-    count += std::max(0, h - 1);
-  }
-  return 2 * count;
-}
-
 // The same count for a sparse factor: a column with c entries below its diagonal updates the
 // c (c + 1) / 2 entries of the columns it reaches (one multiply-add each) and is divided by its
 // pivot.
@@ -166,7 +154,7 @@ Case& Get_Case() {
     Set_External_Loads(c.p, run, Dt);
     Assemble_Support_Stiffness(c.p, run, Dt);
     c.assembled = m.Matrix;
-    c.profile_flops = Profile_Flops(m.Column_Pointer, m.Equations);
+    c.profile_flops = bench::Profile_Flops(m.Column_Pointer, m.Equations);
 
     // Eigen gets the entries of every pair of unknowns that share an element (the supports act on
     // one node each, so they add none), both triangles, with the values of the profile.

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "analysis/solver.h"
+#include "profile_flops.h"
 
 namespace pvx {
 namespace {
@@ -43,18 +44,6 @@ Project Grid(int nx, int ny) {
     }
   }
   return p;
-}
-
-// Two multiply-adds per entry of every inner product and per division of a column entry.
-double Factorisation_Flops(const std::vector<std::int32_t>& cp, int n) {
-  double count = 0;
-  for (int j = 1; j <= n; ++j) {
-    const int h = cp[j] - cp[j - 1], first = j - h + 2;
-    for (int i = first; i <= j - 1; ++i)
-      count += std::max(0, std::min(cp[i] - cp[i - 1] - 1, i - first + 1));
-    count += std::max(0, h - 1);
-  }
-  return 2 * count;
 }
 
 Case& Get_Case(int elements) {
@@ -87,7 +76,7 @@ Case& Get_Case(int elements) {
   }
   c.sparse.resize(n, n);
   c.sparse.setFromTriplets(triplets.begin(), triplets.end());
-  c.factorise_flops = Factorisation_Flops(cp, n);
+  c.factorise_flops = bench::Profile_Flops(cp, n);
   c.solve_flops = 4.0 * (c.numbering.Profile_Size - n) + n;
   return c;
 }
