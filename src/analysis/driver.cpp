@@ -85,13 +85,10 @@ void Report_Mechanical_Warnings(const Project& p, const Run_State& run,
     if (!material.Has_Mechanical)
       warn("Material \"" + material.Name + "\" has no mechanical data: its elements take no part in the " +
            "mechanical analysis.");
-    else if (Law_Of(material) == Point_Law::Maxwell_Chain)
-      warn("Material \"" + material.Name + "\" creeps as a Maxwell chain, which this version computes " +
-           "without cracking, without the acceleration by humidity and stress level and without " +
-           "transient creep.");
-    else if (Law_Of(material) != Point_Law::Linear_Elastic)
+    else if (Law_Of(material) == Point_Law::Other)
       warn("Material \"" + material.Name + "\" has the model \"" + material.Model_Name +
-           "\", which this version computes as linear elastic with its E-modulus (no creep, no cracking).");
+           "\", which has no stress law in this version: its elements carry no stress and add no " +
+           "stiffness.");
   }
   if (p.Mesh_Support.empty())
     warn(
@@ -151,13 +148,18 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
       m.Out_Displacement[at + 1] = m.Total[Place(m, 2 * node)];
     }
     Compute_Nodal_Stresses(p, run);
-    for (std::size_t k = 1; k < m.Points.size(); ++k)
+    for (std::size_t k = 1; k < m.Points.size(); ++k) {
       m.Out_Crack_Opening[k - 1] = m.Points[k].Crack_Opening;
+      m.Out_Cracked[k - 1] = m.Points[k].Cracked ? 1 : 0;
+      // The strength the crack law works with: the element's random factor and any damage in.
+      if (m.Points[k].Softening || m.Points[k].Ft != 0) run.Out_Tensile[k - 1] = m.Points[k].Ft;
+    }
     for (int i = 1; i <= m.Supports.count(); ++i)
       m.Out_Reaction[static_cast<std::size_t>(i - 1)] = m.Supports[i].Reaction;
     f.Displacement = m.Out_Displacement;
     f.Corner_Stress = m.Out_Corner_Stress;
     f.Crack_Opening = m.Out_Crack_Opening;
+    f.Cracked = m.Out_Cracked;
     f.Reaction = m.Out_Reaction;
     f.Interface_Stress = m.Out_Interface;
     f.Bar_Values = m.Out_Bar;

@@ -1,8 +1,10 @@
 #include "analysis/mechanics/assembly.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
+#include "analysis/mechanics/cracking.h"
 #include "analysis/mechanics/element.h"
 #include "analysis/mechanics/point_law.h"
 #include "analysis/thermal.h"
@@ -17,6 +19,8 @@ namespace {
 double Property(const Property_Table& table, double T, double M) {
   return table.Value.empty() ? 0.0 : Table_Value(table, T, M);
 }
+
+constexpr unsigned Element_Factor_Seed = 20261124;
 
 // The places of an element's unknowns: its corners, then the out-of-plane unknowns.
 void Element_Places(const Mechanical_State& m, int element, int dofs, int places[Max_Element_Dofs]) {
@@ -41,6 +45,40 @@ void Corner_Values(const Run_State& run, const Mesh_Element& e, const Table<doub
 
 double Mean_Maturity(const Material& material, const Point_State& s) {
   return (Mechanical_Maturity(material, s, false) + Mechanical_Maturity(material, s, true)) / 2;
+}
+
+// The temperatures and humidities of an element's corners at the start and the end of the step.
+struct Corner_Fields {
+  double T0[4], T1[4], H0[4], H1[4];
+};
+Corner_Fields Corner_Fields_Of(const Run_State& run, const Mesh_Element& element) {
+  Corner_Fields f;
+  Corner_Values(run, element, run.Temperature_Old, f.T0);
+  Corner_Values(run, element, run.Temperature_New, f.T1);
+  Corner_Values(run, element, run.Moisture_Old, f.H0);
+  Corner_Values(run, element, run.Moisture_New, f.H1);
+  return f;
+}
+
+// What the law of point k is told: the means and changes over the step at the point's own corner,
+// the maturity of the point and the properties there. Humidity enters the creep laws as the size of
+// its mean.
+Point_Conditions Conditions_Of(const Material& material, const Run_State& run, const Corner_Fields& f,
+                               int element, int k, double dt, bool plane_stress, const Strain_Operator& B) {
+  Point_Conditions c;
+  const int i = k - 1;
+  c.T = (f.T0[i] + f.T1[i]) / 2;
+  c.M = Mean_Maturity(material, Point(run, element, k));
+  c.E = Property(material.E, c.T, c.M);
+  c.Nu = Property(material.Nu, c.T, c.M);
+  c.dt = dt;
+  c.H = std::fabs((f.H0[i] + f.H1[i]) / 2);
+  c.dT = std::fabs(f.T1[i] - f.T0[i]);
+  c.dH = std::fabs(f.H1[i] - f.H0[i]);
+  c.Plane_Stress = plane_stress;
+  c.Band = 2 * std::sqrt(std::fabs(B.Jacobian));
+  c.Volume_Factor = run.Mechanics.Volume_Factor[element];
+  return c;
 }
 
 // ---- Numbering ------------------------------------------------------------------------------------
@@ -224,6 +262,7 @@ void Allocate_Mechanical_Arrays(const Project& p, Mechanical_State& m) {
   m.Out_Displacement.assign(size(2 * (std::int64_t{p.Mesh_Node.count()} + p.Doubled_Node_Count)), 0.0);
   m.Out_Corner_Stress.assign(size(16 * std::int64_t{elements}), 0.0);
   m.Out_Crack_Opening.assign(size(4 * std::int64_t{elements}), 0.0);
+  m.Out_Cracked.assign(size(4 * std::int64_t{elements}), 0);
   m.Out_Reaction.assign(size(p.Mesh_Support.count()), 0.0);
   m.Out_Interface.assign(size(4 * std::int64_t{p.Mesh_Interface.count()}), 0.0);
   m.Out_Bar.assign(size(5 * std::int64_t{p.Mesh_Rebar.count()}), 0.0);
@@ -241,10 +280,22 @@ void Set_Mechanical_Initial_State(const Project& p, Run_State& run) {
     s.Reaction = 0;
     s.Displacement = 0;
   }
-  // The random variation of the strengths belongs with the crack law; until then every element
-  // has the strengths of its material.
-  std::fill(m.Strength_Factor.begin(), m.Strength_Factor.end(), 1.0);
-  std::fill(m.Volume_Factor.begin(), m.Volume_Factor.end(), 1.0);
+  // The element factors are drawn from one fixed seed: a run repeated gives the same cracks, and
+  // variants of one mesh differ by their data, not by their luck.
+  Table<const Material*> materials;
+  materials.resize(p.Mesh_Element.count(), nullptr);
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e)
+    materials[e] = Mechanical_Material(p, run, e);
+  Draw_Element_Factors(materials, Element_Factor_Seed, m.Strength_Factor, m.Volume_Factor);
+  for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
+    if (!materials[e]) continue;
+    const Softening& law = materials[e]->Softening_Law;
+    for (int k = 1; k <= 4; ++k) {
+      Mech_Point& point = Mech(m, e, k);
+      point.Softening = Is_Softening(*materials[e]);
+      point.Char_Volume = law.Lvol_Active ? law.Lvol * m.Volume_Factor[e] : 0.0;
+    }
+  }
   m.Iterations = 0;
   Update_Mechanical_End_Of_Step(p, run);
 }
@@ -255,11 +306,8 @@ void Set_Free_Strains(const Project& p, Run_State& run) {
     const Material* material = Mechanical_Material(p, run, e);
     if (!material) continue;
     const Mesh_Element& element = p.Mesh_Element[e];
-    double T0[4], T1[4], H0[4], H1[4];
-    Corner_Values(run, element, run.Temperature_Old, T0);
-    Corner_Values(run, element, run.Temperature_New, T1);
-    Corner_Values(run, element, run.Moisture_Old, H0);
-    Corner_Values(run, element, run.Moisture_New, H1);
+    const Corner_Fields f = Corner_Fields_Of(run, element);
+    const double *T0 = f.T0, *T1 = f.T1, *H0 = f.H0, *H1 = f.H1;
     for (int k = 1; k <= 4; ++k) {
       const double Ts = Interpolate_To_Point(T0, k), Te = Interpolate_To_Point(T1, k);
       const double Hs = Interpolate_To_Point(H0, k), He = Interpolate_To_Point(H1, k);
@@ -292,23 +340,17 @@ void Assemble_Mechanical_Stiffness(const Project& p, Run_State& run, double dt) 
     Element_Places(m, e, dofs, places);
     const double unit_weight = now > element.Dead_Weight_At ? material->Dead_Weight * 9.81 / 1e9 : 0.0;
     const Corner_Coordinates corners = Corners_Of(p, element);
-    double T0[4], T1[4];
-    Corner_Values(run, element, run.Temperature_Old, T0);
-    Corner_Values(run, element, run.Temperature_New, T1);
+    const Corner_Fields fields = Corner_Fields_Of(run, element);
     double K[Max_Element_Dofs][Max_Element_Dofs] = {};
     double weight_of_point[4];
     for (int k = 1; k <= 4; ++k) {
-      const double T = (T0[k - 1] + T1[k - 1]) / 2;
-      const double M = Mean_Maturity(*material, Point(run, e, k));
       Strain_Operator B;
       double weight, thickness;
       Element_B_Matrix(corners, section, k, element.Thickness, B, weight, thickness);
+      const Point_Conditions c = Conditions_Of(*material, run, fields, e, k, dt, plane_stress, B);
       Elastic_Matrices em;
-      Set_Elastic_Matrices(Property(material->Nu, T, M), plane_stress, em);
-      // A softening point will scale D here by its stiffness factor once cracking is computed.
-      const double factor =
-          thickness * weight *
-          Effective_Modulus(*material, Point_Conditions{Property(material->E, T, M), dt, T, M});
+      Set_Elastic_Matrices(c.Nu, plane_stress, em);
+      const double factor = thickness * weight * Effective_Modulus(*material, c, Mech(m, e, k));
       double DB[4][Max_Element_Dofs] = {};
       for (int i = 0; i < 4; ++i)
         for (int j = 0; j < dofs; ++j)
@@ -355,21 +397,18 @@ void Compute_Element_Stresses(const Project& p, Run_State& run, double dt) {
     for (int i = 0; i < dofs; ++i)
       u[i] = m.Step[places[i]];
     const Corner_Coordinates corners = Corners_Of(p, element);
-    double T0[4], T1[4];
-    Corner_Values(run, element, run.Temperature_Old, T0);
-    Corner_Values(run, element, run.Temperature_New, T1);
+    const Corner_Fields fields = Corner_Fields_Of(run, element);
     const double strength = m.Strength_Factor[e];
     for (int k = 1; k <= 4; ++k) {
       Mech_Point& point = Mech(m, e, k);
-      const double T = (T0[k - 1] + T1[k - 1]) / 2;
-      const double M = Mean_Maturity(*material, Point(run, e, k));
-      point.Ft = Property(material->Ft, T, M) * strength;
-      point.Fc = Property(material->Fc, T, M) * strength;
-      point.Ft_Copy = point.Ft;
-
       Strain_Operator B;
       double weight, thickness;
       Element_B_Matrix(corners, section, k, element.Thickness, B, weight, thickness);
+      const Point_Conditions c = Conditions_Of(*material, run, fields, e, k, dt, plane_stress, B);
+      point.Ft = Property(material->Ft, c.T, c.M) * strength;
+      point.Fc = Property(material->Fc, c.T, c.M) * strength;
+      point.Ft_Copy = point.Ft;
+
       Components strain{};
       for (int i = 0; i < 4; ++i)
         for (int j = 0; j < dofs; ++j)
@@ -379,15 +418,7 @@ void Compute_Element_Stresses(const Project& p, Run_State& run, double dt) {
         strain[i] -= point.Free_Strain;
       for (std::size_t i = 0; i < 4; ++i)
         point.Strain[0][i] = point.Strain_Start[0][i] + strain[i];
-
-      Elastic_Matrices em;
-      Set_Elastic_Matrices(Property(material->Nu, T, M), plane_stress, em);
-      Components unit{};
-      for (std::size_t i = 0; i < 4; ++i)
-        for (std::size_t j = 0; j < 4; ++j)
-          unit[i] += em.D[i][j] * strain[j];
-      Update_Point_Stress(*material, Point_Conditions{Property(material->E, T, M), dt, T, M, em.C}, unit,
-                          point);
+      Update_Point_Stress(*material, c, strain, point);
 
       const double factor = thickness * weight;
       for (int i = 0; i < dofs; ++i) {
@@ -438,16 +469,23 @@ void Update_Mechanical_End_Of_Step(const Project& p, Run_State& run) {
     const Material* material = Mechanical_Material(p, run, e);
     if (!material) continue;
     const Mesh_Element& element = p.Mesh_Element[e];
+    const Point_Law law = Law_Of(*material);
+    const bool creeping = law == Point_Law::Maxwell_Chain || law == Point_Law::Burger_Model;
     for (int k = 1; k <= 4; ++k) {
       Mech_Point& point = Mech(m, e, k);
       point.Stress_Start = point.Stress;
       point.Strain_Start = point.Strain;
       point.Creep_Strain_Start = point.Creep_Strain;
       point.Stiffness_Factor_Start = point.Stiffness_Factor;
+      point.Largest_Strain_Start = point.Largest_Strain;
+      point.Crack_Strain_Start = point.Crack_Strain;
+      point.Creep_Max_Start = point.Creep_Max;
       const double T = run.Temperature_New[run.Numbering.Node_Equation[element.Corner[k]]];
       const double M = Mechanical_Maturity(*material, Point(run, e, k), true);
       point.Ft = Property(material->Ft, T, M) * m.Strength_Factor[e];
       point.Fc = Property(material->Fc, T, M) * m.Strength_Factor[e];
+      // A creeping point keeps the strength its last iteration left: damage lowers it for good.
+      if (creeping && point.Ft_Copy > 0) point.Ft = point.Ft_Copy;
     }
   }
 }

@@ -73,6 +73,7 @@ void Element_B_Matrix(const Corner_Coordinates& corners, const Section& section,
     y += at.N[n] * corners.y[n];
   }
   weight = at.det;
+  B.Jacobian = at.det;
   thickness_factor = thickness;
   switch (section.Form) {
     case Section_Form::Plane_Stress:

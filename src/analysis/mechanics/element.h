@@ -45,6 +45,7 @@ Corner_Coordinates Corners_Of(const Project& p, const Mesh_Element& e);
 // The strain operator at one point: strain = B u over the element's unknowns.
 struct Strain_Operator {
   double B[4][Max_Element_Dofs] = {};
+  double Jacobian = 0;  // the plain Jacobian determinant at the point: the area it stands for, mm2
 };
 
 // Fills the strain operator at integration point `point` (1..4, in the order (-g,-g), (+g,-g),

@@ -35,10 +35,19 @@ struct Mech_Point {
   double Free_Strain = 0;  // free strain increment of the step, the same for xx, yy and zz
   double Ft = 0, Fc = 0;   // strengths at the point, the element's factor applied, MPa
   double Ft_Copy = 0;      // ft between steps, for a damage law that lowers it
-  // Cracking: a softening point scales its stiffness by a factor per crack direction.
+  // Cracking: a softening point scales its stiffness by a factor and remembers the largest
+  // equivalent strain it has seen. Only entry 0 of the three directions is in use: the crack model
+  // is rotating, with one isotropic factor.
   bool Softening = false;
   std::array<double, 3> Stiffness_Factor_Start{1, 1, 1}, Stiffness_Factor{1, 1, 1};
-  bool Cracked = false;
+  std::array<double, 3> Largest_Strain_Start{}, Largest_Strain{};
+  double Half_Band = 0;                             // mm; set at the first crack check from the point's area
+  double Crack_Cos = 1, Crack_Sin = 0;              // direction of the principal axes (table law)
+  double Crack_Strain_Start = 0, Crack_Strain = 0;  // inelastic strain of the crack band
+  double Char_Volume = 0;  // mm, the material's Lvol times the element's volume factor
+  // EPFL damage: the largest principal creep strain reached.
+  double Creep_Max_Start = 0, Creep_Max = 0;
+  bool Cracked = false;      // the equivalent strain has passed the cracking strain
   double Crack_Opening = 0;  // mm
 };
 
@@ -89,6 +98,7 @@ struct Mechanical_State {
 
   // Buffers of one storage.
   std::vector<double> Out_Displacement, Out_Corner_Stress, Out_Crack_Opening, Out_Reaction;
+  std::vector<std::int16_t> Out_Cracked;
   std::vector<double> Out_Interface, Out_Bar;
 };
 
