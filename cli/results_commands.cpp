@@ -257,7 +257,7 @@ std::string Where_Largest(const Record_Table& t, bool imperial, double& largest)
 }
 
 // The few figures a user looks at first: the size of the run, the highest and lowest temperature
-// with when and where, and, for a mechanical run, the largest ratio Szz/ft.
+// with when and where, and, for a mechanical run, the largest ratio Szz/ft and the widest crack.
 int Show_Summary(const Results_Options& o, std::ostream& out, std::ostream& err) {
   const std::string project_path = o.project.empty() ? Find_Project_Of(o.path) : o.project;
   if (project_path.empty()) {
@@ -289,8 +289,9 @@ int Show_Summary(const Results_Options& o, std::ostream& out, std::ostream& err)
   };
   const char* degrees = o.imperial ? "oF" : "oC";
   for (const Line& line : {Line{"Highest temperature", 1, true}, Line{"Lowest temperature", 1, false},
-                           Line{"Largest Szz/ft", 19, true}}) {
+                           Line{"Largest Szz/ft", 19, true}, Line{"Widest crack", 22, true}}) {
     const Extreme_Row& r = index.Extremes[line.variable];
+    if (line.variable == 22 && !(r.PeriodMax > 0)) continue;  // nothing cracked
     const int stored = line.maximum ? r.StoredIndexOfMax : r.StoredIndexOfMin;
     if (stored < 1 || stored > storages || !Slot_Exists(family.Layout, Slot_Of_Variable(line.variable)))
       continue;
@@ -312,7 +313,9 @@ int Show_Summary(const Results_Options& o, std::ostream& out, std::ostream& err)
     const std::string where = Where_Largest(t, o.imperial, largest);
     const float run_value = static_cast<float>(line.maximum ? r.PeriodMax : r.PeriodMin);
     const float stored_value = static_cast<float>(line.maximum ? largest : -largest);
-    const std::string unit = line.variable == 1 ? std::string(" ") + degrees : "";
+    const std::string unit = line.variable == 1    ? std::string(" ") + degrees
+                             : line.variable == 22 ? (o.imperial ? " in" : " mm")
+                                                   : "";
     out << fmt::format("{}: {}{}", line.label, run_value, unit);
     if (stored_value != run_value)
       out << fmt::format(" (between storages); stored: {}{}", stored_value, unit);
