@@ -211,9 +211,7 @@ TEST(Set_Prescribed_Data, LineSupportsAndLoadsTakeTheFirstElementWithTheSideWhic
     Add_Node(p, 100, 200);
     if (thin) p.Mesh_Element[1].Thickness = 0;
     // Whatever thickness the design record holds is replaced.
-    Support line;
-    std::tie(line.Angle, line.Node_A, line.Node_B, line.Effective_Thickness) = std::tuple(30.0, a, b, 77.0);
-    p.Line_Support.add(line);
+    p.Line_Support.add({.Angle = 30, .Node_A = a, .Node_B = b, .Effective_Thickness = 77, .Dof = {}});
     p.Line_Load.add({.Node_A = a, .Node_B = b});
     EXPECT_EQ(Transfer(p), "");
     ASSERT_EQ(std::pair(p.Mesh_Support.count(), p.Mesh_Load.count()), std::pair(2, 2));
@@ -271,11 +269,8 @@ TEST(Set_Prescribed_Data, PointsAreLocatedInPlaceWithTheirThicknessOrAxisymmetri
     p.Point_T.add({.X = 25, .Y = 75});
     p.Point_Load.add({.X = 150, .Y = 120, .Node_A = 7, .Node_B = 8});  // a point load keeps its nodes
     p.Point_Load.add({.X = -10, .Y = 120});                            // outside
-    Support inside, outside;
-    std::tie(inside.X, inside.Y, inside.Node_A) = std::tuple(120.0, 150.0, std::int16_t{3});
-    std::tie(outside.X, outside.Y) = std::pair(250.0, 150.0);
-    p.Point_Support.add(inside);
-    p.Point_Support.add(outside);
+    p.Point_Support.add({.X = 120, .Y = 150, .Node_A = 3, .Dof = {}});
+    p.Point_Support.add({.X = 250, .Y = 150, .Dof = {}});  // outside
     p.Line_Support.add(On_Side<Support>(1, 2));
     EXPECT_EQ(Transfer(p), "");
 

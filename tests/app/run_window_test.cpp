@@ -13,11 +13,9 @@ namespace {
 
 using Positions = std::array<int, Diagnostic_Graph_Count>;
 
-TEST(Run_Window, EachGraphDrawsItsRowAndNamesTheUnitItsScaleShowsAndTheButtonLocksTheSwitch) {
-  const int variable[Diagnostic_Graph_Count] = {1, 2, 3, 4, 5, 6, 7, 8, 11, 12, 13, 14, 15};
+TEST(Run_Window, EachGraphNamesTheUnitItsScaleShowsAndTheButtonLocksTheSwitch) {
   for (int g = 0; g < Diagnostic_Graph_Count; ++g) {
     SCOPED_TRACE(g);
-    EXPECT_EQ(Diagnostic_Graph_Variable(g), variable[g]);
     const int kind = Diagnostic_Graph_Unit_Kind(g);
     for (const bool metric : {true, false}) {
       const std::string title = Diagnostic_Graph_Title(g, metric);

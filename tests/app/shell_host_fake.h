@@ -17,7 +17,7 @@ namespace pvx::test {
 struct Scripted_Host : Shell_Host {
   std::deque<Answer> answers;
   std::deque<std::string> files;  // an empty entry cancels the chooser
-  std::vector<std::string> questions, messages, chooser_titles, chooser_filters, directories, work_captions;
+  std::vector<std::string> questions, messages, chooser_titles, directories, work_captions;
   std::vector<Work_Form> forms;
   int hide_all = 0, redraws = 0, ended = 0;
   bool mesh_existing = false, mesh_cooling = false;
@@ -31,9 +31,8 @@ struct Scripted_Host : Shell_Host {
     return a;
   }
   void Show_Message(const std::string& text) override { messages.push_back(text); }
-  bool Choose_Open_File(const std::string& title, const std::string& filter, std::string& path) override {
+  bool Choose_Open_File(const std::string& title, const std::string&, std::string& path) override {
     chooser_titles.push_back(title);
-    chooser_filters.push_back(filter);
     path = files.empty() ? "" : files.front();
     if (!files.empty()) files.pop_front();
     return !path.empty();
@@ -90,7 +89,6 @@ struct Session {
   Memory_Store store;
   void Click(const std::string& key) { Toolbar1_ButtonClick(key, p, shell, host, store); }
   void Menu(int index) { mnuProject_Click(index, p, shell, host, store); }
-  bool Open(const std::string& path) { return Open_Project_File(path, p, shell, host, store); }
 };
 
 }  // namespace pvx::test

@@ -37,7 +37,7 @@ TEST(Macro_Creation, ClosesAnticlockwiseAtTheFourthCornerOnSharedNodesAndStopRem
   ASSERT_EQ(p.Macro.count(), 2);
   EXPECT_EQ(std::tuple(Node_Count(p), p.Macro[2].Corner, p.Macro[2].Material, p.Current_Node),
             std::tuple(6, Array1<std::int16_t, 4>{{2, 6, 5, 3}}, "C35/45", 2));  // the material of the last
-  Point_At(p, panel, 100, 50);
+  Snap_Position(p, panel, 100, 50);
   EXPECT_TRUE(Interface_Selected(p, panel));  // so the side counts as shared
 
   // A click inside a macro, or on a corner already in the polygon, does nothing; Stop removes the
@@ -56,9 +56,9 @@ TEST(Macro_Creation, ClosesAnticlockwiseAtTheFourthCornerOnSharedNodesAndStopRem
 
   // A cooling circuit is made at the default count of two pipes, then selected by a click on it.
   panel.Mode = Design_Mode::Cooling;
-  Point_At(p, panel, 50, 50);
+  Snap_Position(p, panel, 50, 50);
   EXPECT_EQ(Cooling_Mouse_Down(p, panel), Cooling_Click::Added);
-  Point_At(p, panel, 150, 50);
+  Snap_Position(p, panel, 150, 50);
   EXPECT_EQ(Cooling_Mouse_Down(p, panel), Cooling_Click::Made);
   ASSERT_EQ(p.Circuit.count(), 1);
   EXPECT_EQ(std::tuple(p.Circuit[1].Pipe_Node, p.Current_Circuit), std::tuple(Table<std::int16_t>{7, 8}, 1));

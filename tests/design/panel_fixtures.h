@@ -57,15 +57,11 @@ inline Project Two_Squares(Design_Panel& panel) {
                        {{1, 2, 3, 4}, {2, 5, 6, 3}});
 }
 
-inline void Point_At(const Project& p, Design_Panel& panel, double x, double y) {
-  Snap_Position(p, panel, x, y);
-}
-
 // Left clicks of the macro mode at the given points, with what each did.
 inline std::vector<Macro_Click> Clicks(Project& p, Design_Panel& panel, Points points) {
   std::vector<Macro_Click> done;
   for (auto [x, y] : points) {
-    Point_At(p, panel, x, y);
+    Snap_Position(p, panel, x, y);
     done.push_back(Macro_Mouse_Down(p, panel));
   }
   return done;

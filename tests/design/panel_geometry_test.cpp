@@ -52,7 +52,7 @@ TEST(Pointer, SnapsBySizeThenGridThenTenthsAndPicksNodesAndPointObjectsWithinThe
         std::tie(snap, gx, gy, end);
     std::tie(p.Snap_Mode, p.Rect_Grid_Snap, p.Circ_Grid_Snap) =
         std::tuple(on_grid, As_Flag(rect), As_Flag(circ));
-    Point_At(p, panel, x, y);
+    Snap_Position(p, panel, x, y);
     SCOPED_TRACE(testing::Message() << x << ", " << y);
     EXPECT_TRUE(std::isnan(mouse_x) || (panel.Mouse_X == mouse_x && panel.Mouse_Y == mouse_y))
         << panel.Mouse_X << ", " << panel.Mouse_Y;
@@ -63,7 +63,7 @@ TEST(Pointer, SnapsBySizeThenGridThenTenthsAndPicksNodesAndPointObjectsWithinThe
   // The nearest node, the first of equally near ones.
   p = Plain_Project(panel);
   auto closest = [&](double x, double y) {
-    Point_At(p, panel, x, y);
+    Snap_Position(p, panel, x, y);
     Closest_Node(p, panel);
     return panel.Closest_Node_Number;
   };
@@ -92,22 +92,22 @@ TEST(Pointer, SnapsBySizeThenGridThenTenthsAndPicksNodesAndPointObjectsWithinThe
   p.Snap_Size = 1;
   panel.Mode = Design_Mode::Support_P;
   for (double x : {100.0, 102.0, 110.0}) {
-    Point_At(p, panel, x, 50);
+    Snap_Position(p, panel, x, 50);
     Add_Point_Object(p, panel);
   }
   EXPECT_EQ(std::tuple(p.Point_Support[2].X, p.Point_Support[2].Angle), std::tuple(102.0, -90.0));
-  Point_At(p, panel, 101, 52);
+  Snap_Position(p, panel, 101, 52);
   ASSERT_TRUE(Prescribed_Node_Selected_E(p, panel));
   EXPECT_EQ(std::tuple(panel.Selection_List, panel.Current_Point_Support),
             std::tuple(Table<std::int16_t>{1, 2}, 2));
-  Point_At(p, panel, 101, 54);  // 4 pixels off in Y
+  Snap_Position(p, panel, 101, 54);  // 4 pixels off in Y
   EXPECT_FALSE(Prescribed_Node_Selected_E(p, panel));
   panel.Mode = Design_Mode::Area_T;
   Add_Area(p, panel, 300, 200, 100, 0);
   EXPECT_EQ(std::tuple(p.Area_T[1].X1, p.Area_T[1].Y1, p.Area_T[1].X2, p.Area_T[1].Y2),
             std::tuple(100, 0, 300, 200));
   for (const auto& [x, selected] : {std::pair{150.0, true}, {302.0, true}, {304.0, false}}) {
-    Point_At(p, panel, x, 150);
+    Snap_Position(p, panel, x, 150);
     EXPECT_EQ(Prescribed_Area_Selected_E(p, panel), selected) << x;
   }
   // A bar: its length and direction, the one of no length 100 along X, a copy of its predecessor.
@@ -118,7 +118,7 @@ TEST(Pointer, SnapsBySizeThenGridThenTenthsAndPicksNodesAndPointObjectsWithinThe
   EXPECT_EQ(std::tuple(r1.Length, r1.Direction_Cos, r1.Direction_Sin, r2.Length, r2.Direction_Cos,
                        r2.Direction_Sin, r2.Diameter),
             std::tuple(50.0, 0.6, 0.8, 100.0, 1.0, 0.0, 25.0));
-  Point_At(p, panel, 20, 30);  // 36 mm along the first bar, 2 mm across
+  Snap_Position(p, panel, 20, 30);  // 36 mm along the first bar, 2 mm across
   EXPECT_TRUE(Macro_Bar_Selected(p, panel));
   EXPECT_EQ(p.Current_Rebar, 1);
 }
@@ -145,7 +145,7 @@ TEST(Picking, MacrosInsideSidesHalfOpenWithinTheRadiusAndTheObjectsOnThem) {
   for (const auto& [x, y, macro] :
        {std::tuple{50, 50, 1}, {150, 99, 2}, {250, 50, 0}, {50, -1, 0}, {320, 50, 0}, {370, 50, 3}})
     EXPECT_EQ(Macro_At(p, x, y), macro) << x << " " << y;
-  Point_At(p, panel, 150, 50);
+  Snap_Position(p, panel, 150, 50);
   EXPECT_TRUE(Macro_Selected(p, panel));
   EXPECT_EQ(p.Current_Macro, 2);
   // A corner belongs to the side that starts there; between the squares and the arrow head there
@@ -154,7 +154,7 @@ TEST(Picking, MacrosInsideSidesHalfOpenWithinTheRadiusAndTheObjectsOnThem) {
   for (const auto& [x, y, macro, side, a, b] : {std::array<int, 6>{0, 0, 1, 1, 1, 2}, {100, 100, 1, 3, 3, 4},
        {200, 100, 2, 3, 6, 3}, {200, 50, 2, 2, 5, 6}, {50, 100, 1, 3, 3, 4}, {250, 50, 0, 0, 0, 0}}) {
     // clang-format on
-    Point_At(p, panel, x, y);
+    Snap_Position(p, panel, x, y);
     Macro_Side found;
     EXPECT_EQ(Find_Macro_Side(p, panel, found), macro != 0) << x << " " << y;
     EXPECT_EQ(std::tuple(found.Macro, found.Side, found.Node_A, found.Node_B), std::tuple(macro, side, a, b));
@@ -168,7 +168,7 @@ TEST(Picking, MacrosInsideSidesHalfOpenWithinTheRadiusAndTheObjectsOnThem) {
        {Design_Mode::BorderH, 200, 50, 2, 2}, {Design_Mode::BorderH, 60, 0, 2, 1}}) {
     // clang-format on
     panel.Mode = mode;
-    Point_At(p, panel, x, y);
+    Snap_Position(p, panel, x, y);
     ASSERT_TRUE(Border_Selected(p, panel));
     EXPECT_EQ(std::tuple(p.Border.count(), p.Current_Border), std::tuple(count, current));
   }
@@ -182,14 +182,14 @@ TEST(Picking, MacrosInsideSidesHalfOpenWithinTheRadiusAndTheObjectsOnThem) {
   // the side, until 1000 hours. Line supports and loads are added at every click.
   panel.Mode = Design_Mode::Line_T;
   p.Line_T.add(Line_T{0, 500, 1, 2, 1});
-  Point_At(p, panel, 50, 0);
+  Snap_Position(p, panel, 50, 0);
   ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
   EXPECT_EQ(std::tuple(p.Line_T.count(), panel.Current_Line_T), std::tuple(1, 1));
-  Point_At(p, panel, 0, 50);
+  Snap_Position(p, panel, 0, 50);
   ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
   ASSERT_EQ(p.Line_T.count(), 2);
   EXPECT_EQ(std::tuple(p.Line_T[2].Node_A, p.Line_T[2].Node_B, p.Line_T[2].Until), std::tuple(4, 1, 1000.0));
-  Point_At(p, panel, 50, 0);
+  Snap_Position(p, panel, 50, 0);
   for (Design_Mode mode : {Design_Mode::Support_L, Design_Mode::Support_L, Design_Mode::Load_L}) {
     panel.Mode = mode;
     ASSERT_TRUE(Prescribed_Border_Selected(p, panel));
@@ -215,15 +215,15 @@ TEST(Interface_Selected, OnlySharedSidesWithNodesOrderedByXThenY) {
   std::tie(p.Material[1].Name, p.Material[2].Name, p.Material[2].Is_Interface) =
       std::tuple("C30", "Joint", true);
   panel.Mode = Design_Mode::Interfaces;
-  Point_At(p, panel, 50, 0);
+  Snap_Position(p, panel, 50, 0);
   EXPECT_FALSE(Interface_Selected(p, panel));  // an outer side
-  Point_At(p, panel, 100, 50);
+  Snap_Position(p, panel, 100, 50);
   ASSERT_TRUE(Interface_Selected(p, panel) && Interface_Selected(p, panel));
   ASSERT_EQ(p.Interface.count(), 1);
   EXPECT_EQ(std::tuple(p.Interface[1].Node_A, p.Interface[1].Node_B, p.Interface[1].Layer_Material),
             std::tuple(3, 2, "Joint"));
   p.Interface[1].Layer_Material = "Kept";
-  Point_At(p, panel, 50, 100);
+  Snap_Position(p, panel, 50, 100);
   ASSERT_TRUE(Interface_Selected(p, panel));
   ASSERT_EQ(p.Interface.count(), 2);
   // A copy of the last entry.

@@ -23,15 +23,9 @@
 
 namespace pvx::test {
 
-// examples/WALL.PVX and its database copied into `dir`; the path of the project copy.
-inline std::string Copy_Example(const Temp_Dir& dir) {
-  for (const char* name : {"WALL.PVX", "PVX-Concrete.txt"})
-    std::filesystem::copy_file(Source_Path(std::string("examples/") + name), dir.file(name));
-  return dir.file("WALL.PVX");
-}
-
 struct Form_Fixture {
-  Temp_Dir dir;
+  Work_Folder folder;  // the example beside its database
+  const Temp_Dir& dir = folder.dir;
   Project project;
   Shell shell;
   Memory_Store store;
@@ -39,13 +33,12 @@ struct Form_Fixture {
   int state_changes = 0;
   Gui_Context context{project, shell, store, host, [this] { ++state_changes; }};
 
-  // The example loaded from a copy in `dir`, which becomes the work directory; false with a test
+  // The example loaded from its copy in `dir`, which becomes the work directory; false with a test
   // failure when it does not load.
   bool Load_Example(Work_State state = Work_State::Run_Set) {
-    const std::string path = Copy_Example(dir);
     Read_Report report;
-    shell.Work_Directory = dir.path().string() + "/";
-    if (Load_Project(path, shell.Work_Directory, project, report) != Load_Result::Loaded) {
+    shell.Work_Directory = folder.path();
+    if (Load_Project(folder.project, shell.Work_Directory, project, report) != Load_Result::Loaded) {
       ADD_FAILURE() << report.message;
       return false;
     }

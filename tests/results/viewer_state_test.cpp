@@ -114,6 +114,7 @@ TEST_F(Viewer_State_Test, HistoryPicksAndImportsFollowTheCastElements) {
   EXPECT_EQ(s.HistoryPoints.data(), points);
   test::Write_Text(dir.file("short.txt"), "2 1 50 50 2 60");  // a short file is an error that adds nothing
   EXPECT_EQ(Import_History_Points(s, p, dir.file("short.txt"), host), -1);
+  EXPECT_EQ(host.Messages, std::vector<std::string>{"Error in file"});
   EXPECT_EQ(s.HistoryPoints.data(), points);
   test::Write_Text(dir.file("supports.txt"), "3 1 2 2 1 3 9");  // support 9 is not there
   EXPECT_EQ(Import_History_Supports(s, p, dir.file("supports.txt"), host), 2);

@@ -66,35 +66,6 @@ TEST(Maxwell_Chain, RelaxesAsSumOfExponentials) {
   }
 }
 
-// Constant stress 6 MPa, E 25000, each step's strain increment from the effective modulus (a wrong
-// one leaves the stress off 6 and the strain off the closed form). One unit
-// is a spring and dashpot in series: strain S/E (1 + t*/tau), exact at any step, with t* = t at
-// 20 oC and t exp(4000 (1/293 - 1/313)) at 40 oC. A spring E0 = 0.4 E beside a unit 0.6 E, tau is
-// the standard solid, J = 1/E0 - (1/E0 - 1/E) exp(-t E0 / (tau E)), approached with the square of
-// the step (tolerances 16 times smaller for a step 4 times shorter).
-TEST(Maxwell_Chain, ConstantStressFollowsCreepCompliance) {
-  struct Case {
-    double tau0, T, h, tolerance;  // relative
-  } cases[] = {{0, 20, 2, 1e-9}, {0, 40, 2, 1e-6}, {inf, 20, 1, 1e-4}, {inf, 20, 0.25, 6.25e-6}};
-  for (const Case& k : cases) {
-    const Material m = k.tau0 == 0 ? Chain({8}, {1}, 4000) : Chain({inf, 8}, {0.4, 0.6});
-    Mech_Point p;
-    p.Stress_Start.resize(static_cast<std::size_t>(Chain_Size(m)) + 1);
-    double t = 0;
-    for (double dt = 1e-9; t < 40 - 1e-9; t += dt, dt = k.h) {
-      double relaxed = 0;  // what the step leaves of the stress without a strain increment
-      for (int u = 1; u <= Chain_Size(m); ++u)
-        relaxed += std::exp(-Creep_Time_Step(m, dt, k.T) / m.Retardation_Time[u]) * p.Stress_Start[u][0];
-      Step(m, p, 25000, dt,
-           (6 - relaxed) / Maxwell_Effective_Modulus(m, 25000, 0, Creep_Time_Step(m, dt, k.T)), k.T);
-    }
-    const double J = k.tau0 == 0 ? (1 + t * (k.T == 20 ? 1 : 2.3924655) / 8) / 25000
-                                 : 1 / 1e4 - (1 / 1e4 - 1 / 25000.0) * std::exp(-t * 0.4 / 8);
-    EXPECT_NEAR(p.Strain[0][0], 6 * J, k.tolerance * 6 * J) << k.tau0 << " " << k.T << " " << k.h;
-    EXPECT_NEAR(p.Creep_Strain[0], 6 * J - 6 / 25000.0, k.tolerance * 6 * J);
-  }
-}
-
 // Units that do not flow (an infinite or a huge relaxation time) keep their whole modulus at any
 // step: a spring of E times the coefficients, interpolated by maturity between the rows of the
 // points of E (10 and 100 hours) and held outside them.

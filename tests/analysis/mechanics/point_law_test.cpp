@@ -72,6 +72,8 @@ TEST(Point_Law, SofteningScalesTheLawAndCutsItsStress) {
     p.Stiffness_Factor_Start[0] = p.Stiffness_Factor[0] = 0.5;
     EXPECT_EQ(Effective_Modulus(m, c, p), 0.5 * E) << model;
     EXPECT_NEAR(Strained(m, c, 1e-4, p), 0.5 * E * 1e-4, 1e-9) << model;
+    // A unit that does not flow leaves no creep strain, however soft the crack has made the point.
+    EXPECT_NEAR(p.Creep_Strain[0], 0, 1e-15) << model;
     Mech_Point q;
     q.Ft = 3;
     EXPECT_NEAR(Strained(m, c, 3e-4, q), 3 - 2.1 * 2 / 4.3, 1e-9) << model;
