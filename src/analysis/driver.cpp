@@ -6,6 +6,7 @@
 #include <functional>
 #include <span>
 
+#include "analysis/cooling.h"
 #include "analysis/mechanics/assembly.h"
 #include "analysis/mechanics/point_law.h"
 #include "analysis/mechanics/stress_loop.h"
@@ -67,7 +68,7 @@ Thermal_Step Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host&
       run.Temperature_New[k] = run.Right_Hand_Side[k];
     }
     ++run.Thermal_Passes;
-    // The water temperatures of cooling circuits follow here once circuits are computed.
+    Update_Water_Temperatures(p, run, t);
   } while (!run.Thermal_Converged);
   return Thermal_Step::Settled;
 }
@@ -132,6 +133,18 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
     }
   }
   Field_Values f;
+  const Cooling_State& cool = run.Cooling;
+  if (p.Circuit.valid(run.Diagnostic_Circuit) && cool.Water_New.valid(run.Diagnostic_Circuit)) {
+    const Circuit& c = p.Circuit[run.Diagnostic_Circuit];
+    const Table<float>& water = cool.Water_New[run.Diagnostic_Circuit];
+    f.Circuit.Present = !water.empty();
+    if (f.Circuit.Present) {
+      f.Circuit.First_Station = water[1];
+      f.Circuit.Last_Station = water.last();
+    }
+    f.Circuit.Flow = Function_Value(p, Function_Family::Flow, c.Flow_Function, run.Current_Time);
+    f.Circuit.Liquid_Capacity = c.Liquid_Capacity;
+  }
   f.Temperature = run.Out_Temperature;
   f.Potential = run.Out_Potential;
   f.Maturity = run.Out_Maturity;
@@ -262,6 +275,8 @@ void Set_Initial_State(const Project& p, Run_State& run, int variant) {
   run.Temperature_New = run.Temperature_Old;
   run.Temperature_Initial = run.Temperature_Old;
   run.Moisture_New = run.Moisture_Old;
+  run.Current_Time = 0;
+  Set_Cooling_Start(p, run);
   if (run.Mechanical_Included) Set_Mechanical_Initial_State(p, run);
 }
 
@@ -283,6 +298,11 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
     message = text;
     host.Show_Message(text, kind);
   };
+  const std::string circuits = Check_Circuits(p);
+  if (!circuits.empty()) {
+    report(circuits, Message_Kind::Critical);
+    return Run_Outcome::Failed;
+  }
   Allocate_Solution_Arrays(p, run, host);
   Result_Family family;
   std::string text;
@@ -308,6 +328,12 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
                  std::to_string(first_unknown) + ": \"" + p.Mesh_Element[first_unknown].Material +
                  "\"); they take no part in the computation.",
              Message_Kind::Warning);
+    for (int c = 1; c <= p.Circuit.count(); ++c)
+      if (!Circuit_Connected(p, p.Circuit[c]))
+        report("Circuit " + std::to_string(c) +
+                   " is not integrated into the mesh: it takes no part in the computation, and its water "
+                   "stands at the inlet temperature.",
+               Message_Kind::Warning);
     if (run.Moisture_Included)
       report("The moisture analysis is not part of this version: the moisture field keeps its initial value.",
              Message_Kind::Warning);
@@ -339,6 +365,7 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
       const double t = run.Steps.Step_Time[step];
       const double previous = step == 1 ? 0.0 : run.Steps.Step_Time[step - 1];
       run.Mid_Step_Time = step == 1 ? t * 0.5 : (previous + t) * 0.5;
+      run.Current_Time = t;
       const double dt = step == 1 ? t : t - previous;
 
       const Thermal_Step thermal = Solve_Thermal_Step(p, run, host, dt, t, text);
@@ -372,6 +399,7 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
       }
 
       Update_End_Of_Step(run);
+      Update_Cooling_End_Of_Step(p, run, t);
       if (run.Mechanical_Included) Update_Mechanical_End_Of_Step(p, run);
       ++row;
       run.Saved_Step_Time[static_cast<std::size_t>(row)] = t;
@@ -392,6 +420,10 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
     }
 
     Clamp_Plot_Storages(run.Index);
+    if (p.Circuit.count() > 0 && !Write_Cooling_Data(family, variant, run.Cooling.History, text)) {
+      report(text, Message_Kind::Critical);
+      variant_failed = true;
+    }
     if (!Write_Run_Index(family, variant, run.Index, text)) {
       report(text, Message_Kind::Critical);
       variant_failed = true;

@@ -17,10 +17,19 @@
 #include "analysis/solver.h"
 #include "analysis/thermal_element.h"
 #include "app/table.h"
+#include "results/cooling_data.h"
 #include "results/extremes.h"
 #include "results/run_index.h"
 
 namespace pvx {
+
+// The water of the cooling circuits: per circuit, the temperature at each station (1 = inlet,
+// i + 1 = downstream of section i, sections + 2 = outlet) at the start of the step and now, and the
+// history of the circuit, one record per step in operation.
+struct Cooling_State {
+  Table<Table<float>> Water_Old, Water_New;
+  Table<Circuit_History> History;
+};
 
 // The three blocks of an element kept for the passes of a step: capacity C, conduction K (without
 // the half step) and the unweighted mass M.
@@ -40,9 +49,16 @@ struct Run_State {
   bool Thermal_Converged = false;
   double Saturation_Limit = 0;
 
+  // The circuit whose inlet, outlet, flow and capacity the run window follows (rows 6 to 8 of the
+  // extreme table); 1-based, and may be changed while the run goes on.
+  int Diagnostic_Circuit = 1;
+  // The time weight of the thermal step: 1/2 is the trapezoidal rule, 1 the backward Euler step.
+  double Theta = 0.5;
+
   // Schedule and what is stored.
   Step_Table Steps;
   double Mid_Step_Time = 0;
+  double Current_Time = 0;              // the end of the step being computed; 0 in the initial state
   Run_Index Index;                      // step times, storage times and the extreme table of the variant
   Field_Statistics Statistics;          // per-step extremes for the run window
   std::vector<double> Saved_Step_Time;  // 1..steps+1: 0, then the end of each step done
@@ -69,6 +85,8 @@ struct Run_State {
   // Buffers of one storage, by mesh node and by integration point.
   std::vector<double> Out_Temperature, Out_Potential;
   std::vector<double> Out_Maturity, Out_Hydration, Out_C_Maturity, Out_Moisture, Out_Tensile, Out_Compressive;
+
+  Cooling_State Cooling;
 
   // The displacements, stresses and supports, when the mechanical analysis is included.
   Mechanical_State Mechanics;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/cooling.h"
 #include "design/time_function.h"
 #include "material/properties.h"
 
@@ -86,7 +87,8 @@ bool Border_Nodes_Valid(const Project& p, const Border& b) {
 }  // namespace
 
 void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double t) {
-  const double half = Half_Step(dt);
+  // The implicit weight of the step: half at theta = 1/2 (the trapezoidal rule), the whole step at 1.
+  const double half = Half_Step(dt) * (2 * run.Theta);
   const double mid = run.Mid_Step_Time;
   std::fill(run.Matrix.begin(), run.Matrix.end(), 0.0);
   std::fill(run.Base_Load.begin(), run.Base_Load.end(), 0.0);
@@ -162,6 +164,22 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
     }
   }
 
+  // Cooling pipes: each of the eight sides round a hole is a convective border towards the water.
+  for (int n = 1; n <= p.Circuit.count(); ++n) {
+    const Circuit& c = p.Circuit[n];
+    if (!Circuit_Exchanges(p, c, mid, t)) continue;
+    const double E = half * Pipe_Side_Coefficient(c);
+    for (int i = 1; i <= c.Pipe_Count; ++i)
+      for (int j = 1; j <= 8; ++j) {
+        const int a = Equation(run, c.Pipe_Connection[i][j]);
+        const int b = Equation(run, c.Pipe_Connection[i][j % 8 + 1]);
+        if (Diagonal(run, a) <= 0 || Diagonal(run, b) <= 0) continue;
+        Diagonal(run, a) += E;
+        Diagonal(run, b) += E;
+        run.Matrix[Position(run, a, b)] += (a == b ? 2.0 : 1.0) * E / 2;
+      }
+  }
+
   // A node of no active element is decoupled with a unit diagonal and keeps its temperature.
   for (int k = 1; k <= run.Equations; ++k) {
     double& d = Diagonal(run, k);
@@ -175,8 +193,10 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
 }
 
 void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
-  (void)t;
   const double half = Half_Step(dt);
+  // The weights of the new and the old values, twice theta and twice (1 - theta): both 1 for the
+  // trapezoidal rule, so that it computes exactly as written for theta = 1/2.
+  const double implicit = 2 * run.Theta, explicit_weight = 2 * (1 - run.Theta);
   const double mid = run.Mid_Step_Time;
   Table<double>& r = run.Right_Hand_Side;
   std::copy(run.Base_Load.begin(), run.Base_Load.end(), r.begin());
@@ -187,7 +207,7 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
     // The trapezoidal rule: (C - dt/2 K) T_old.
     Block10 explicit_block;
     for (int b = 0; b < 10; ++b)
-      explicit_block.v[b] = set.C.v[b] - half * set.K.v[b];
+      explicit_block.v[b] = set.C.v[b] - half * explicit_weight * set.K.v[b];
     Array1<double, 4> T_old, product;
     for (int i = 0; i < 4; ++i)
       T_old.v[i] = run.Temperature_Old[eq[i]];
@@ -223,7 +243,7 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
     const double Ta = Function_Value(p, Function_Family::Temperature, period->Temperature_Function, mid);
     if (period->Convection_On != 0) {
       const double T1 = run.Temperature_Old[e1], T2 = run.Temperature_Old[e2];
-      const double g1 = 2 * Ta - T1, g2 = 2 * Ta - T2;
+      const double g1 = 2 * Ta - explicit_weight * T1, g2 = 2 * Ta - explicit_weight * T2;
       const double h = half * period->Convection_Coefficient;
       r[e1] += h * (m11 * g1 + m12 * g2);
       r[e2] += h * (m22 * g2 + m12 * g1);
@@ -243,6 +263,27 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
         const double sun = (m11 + m12) * half * period->Er * 2 * Q;
         r[e1] += sun;
         r[e2] += sun;
+      }
+    }
+  }
+
+  // The water at the downstream end of each section's stretch, old and new, pulls on its wall nodes.
+  for (int n = 1; n <= p.Circuit.count() && n <= run.Cooling.Water_New.count(); ++n) {
+    const Circuit& c = p.Circuit[n];
+    if (!Circuit_Exchanges(p, c, mid, t)) continue;
+    const double E = half * Pipe_Side_Coefficient(c);
+    const Table<float>& old_water = run.Cooling.Water_Old[n];
+    const Table<float>& new_water = run.Cooling.Water_New[n];
+    for (int i = 1; i <= c.Pipe_Count; ++i) {
+      const double s = implicit * new_water[i + 1] + explicit_weight * old_water[i + 1];
+      for (int j = 1; j <= 8; ++j) {
+        const int a = Equation(run, c.Pipe_Connection[i][j]);
+        const int b = Equation(run, c.Pipe_Connection[i][j % 8 + 1]);
+        if (run.Active_Equation[a] == 0 || run.Active_Equation[b] == 0) continue;
+        const double h1 = s - explicit_weight * run.Temperature_Old[a];
+        const double h2 = s - explicit_weight * run.Temperature_Old[b];
+        r[a] += E * h1 + E * h2 / 2;
+        r[b] += E * h2 + E * h1 / 2;
       }
     }
   }

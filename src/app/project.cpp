@@ -17,7 +17,8 @@ void Resize_Pipes(Circuit& c, int pipe_count) {
   c.Pipe_Count = static_cast<std::int16_t>(pipe_count);
   c.Pipe_Node.resize(pipe_count);
   c.Pipe_Connection.resize(pipe_count);
-  c.Distance.resize(pipe_count + 1);
+  // New stretches take the length of the last one: a stretch of no length cannot carry water.
+  c.Distance.resize(pipe_count + 1, c.Distance.empty() ? 0.0 : c.Distance.last());
 }
 
 const char* Function_Family_Word(Function_Family family) {

@@ -321,7 +321,8 @@ std::vector<Editor_Field> Circuit_Fields() {
   distance.row_field = true;
   distance.get = [](const Editor_Copy& c) { return c.Circuit.Distance[c.Row]; };
   distance.set = [](Editor_Copy& c, double x) { c.Circuit.Distance[c.Row] = x; };
-  v.push_back(Minimum(distance, 0, "A distance cannot be below 0."));
+  // The water heats up over the length of a stretch, and divides by it.
+  v.push_back(Minimum(distance, 1e-9, "A distance must be above 0: the water heats up along it."));
   v.push_back(Number("Active from [hours]", 0, 2, a, &Circuit::Active_From));
   v.push_back(Number("Until: [hours]", 0, 2, a, &Circuit::Active_Until));
   return v;
