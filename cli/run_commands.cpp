@@ -120,6 +120,7 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     std::string project, output;
     bool mechanical = false;
     int iterations = 0;
+    int damped_start = -1;
   };
   auto o = std::make_shared<Options>();
   auto* run =
@@ -133,6 +134,10 @@ void Add_Run_Commands(CLI::App& app, int& status) {
                   "The iteration count at which a mechanical step that has not converged stops the run "
                   "(default 10; a step needs at least 2 iterations, so at least 3)")
       ->check(CLI::Range(3, 1000000));
+  run->add_option("--damped-start", o->damped_start,
+                  "Backward Euler steps after the start and after a cooling circuit is switched, against "
+                  "the overshoot round the pipes (0 off; default: as the project says)")
+      ->check(CLI::Range(0, 100));
   run->footer(
       "Exit status: 0 every variant was computed; 1 the project, its database or its prescribed data could "
       "not be used, a variant failed (zero pivot, result files, displacements above 10000 mm) or a "
@@ -176,6 +181,7 @@ void Add_Run_Commands(CLI::App& app, int& status) {
       return;
     }
 
+    if (o->damped_start >= 0) Enter_Damped_Start(p, o->damped_start);
     Run_State state;
     state.Mechanical_Included = p.Mechanical_Included != 0 || o->mechanical;
     if (o->iterations > 0) state.Mechanical_Iteration_Limit = o->iterations;

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTableWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -137,6 +138,20 @@ frmRun::frmRun(Gui_Context& context, QWidget* parent) : Work_Form_Widget(parent)
   variant_layout->setRowStretch(3, 1);
   layout->addWidget(variants, 1);
 
+  auto* damped = new QHBoxLayout;
+  Spin_Damped_Start = new QSpinBox(this);
+  Spin_Damped_Start->setObjectName("Spin_Damped_Start");
+  Spin_Damped_Start->setRange(0, 100);
+  Spin_Damped_Start->setSpecialValueText("off");
+  Spin_Damped_Start->setToolTip(
+      "Backward Euler steps after the start and after a cooling circuit is switched on or off. They "
+      "keep the temperatures round the pipes from overshooting the water; off computes every step by "
+      "the trapezoidal rule.");
+  damped->addWidget(new QLabel("Damped start: steps of backward Euler", this));
+  damped->addWidget(Spin_Damped_Start);
+  damped->addStretch();
+  layout->addLayout(damped);
+
   auto* bottom = new QHBoxLayout;
   Check1 = new QCheckBox("Smoothen stresses", this);
   Check1->setObjectName("Check1");
@@ -192,6 +207,10 @@ frmRun::frmRun(Gui_Context& context, QWidget* parent) : Work_Form_Widget(parent)
     context_.state_changed();
   });
   connect(Command_Limits, &QPushButton::clicked, this, [this] { Open_Limits(); });
+  connect(Spin_Damped_Start, &QSpinBox::valueChanged, this, [this, &p](int steps) {
+    if (filling_ || steps == p.Damped_Start_Steps) return;
+    if (Enter_Damped_Start(p, steps)) context_.state_changed();
+  });
 }
 
 void frmRun::Form_Shown() {
@@ -227,6 +246,7 @@ void frmRun::Refill_Schedule() {
   for (QLineEdit* field : {Text_Computation_Time, Text_Period_Count, Text_From, Text_Until, Text_Storage_Each,
                            Text_Time_Increment})
     field->setPalette(QPalette());
+  Spin_Damped_Start->setValue(context_.project.Damped_Start_Steps);
   Label_Total_Steps->setText(QString::number(v.Totals.Steps));
   Label_Total_Storages->setText(QString::number(v.Totals.Storages));
   UpDown1_Up->setEnabled(v.Current_Period < v.Period_Count);

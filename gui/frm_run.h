@@ -9,6 +9,7 @@
 #include "gui_context.h"
 
 class QCheckBox;
+class QSpinBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -47,7 +48,8 @@ class frmRun : public Work_Form_Widget {
   QLabel* Label_Runs = nullptr;
   QPushButton* Command_Mark_All = nullptr;
   QPushButton* Command_Unmark_All = nullptr;
-  QCheckBox* Check1 = nullptr;  // "Smoothen stresses"
+  QCheckBox* Check1 = nullptr;            // "Smoothen stresses"
+  QSpinBox* Spin_Damped_Start = nullptr;  // the damped start, 0 = off
   QPushButton* Command_Limits = nullptr;
 
  private:

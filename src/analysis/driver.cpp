@@ -358,6 +358,8 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
 
     run.Stop_Computations = false;
     host.Pump_Events();
+    std::vector<bool> exchanging(static_cast<std::size_t>(p.Circuit.count()), false);
+    int damped_left = p.Damped_Start_Steps;
     for (int step = 1; step <= steps && !variant_failed; ++step) {
       host.Pump_Events();
       if (host.Stop_Requested()) run.Stop_Computations = true;
@@ -366,6 +368,16 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
       const double previous = step == 1 ? 0.0 : run.Steps.Step_Time[step - 1];
       run.Mid_Step_Time = step == 1 ? t * 0.5 : (previous + t) * 0.5;
       run.Current_Time = t;
+      // A sudden change of the boundary makes the trapezoidal rule ring round the pipes, and the
+      // wall there overshoots beyond the water. The damped start takes backward Euler steps after
+      // the start and after a circuit starts or stops exchanging, until the jump has spread.
+      for (int c = 1; c <= p.Circuit.count(); ++c) {
+        const bool now = Circuit_Exchanges(p, p.Circuit[c], run.Mid_Step_Time, t);
+        if (now != exchanging[static_cast<std::size_t>(c - 1)]) damped_left = p.Damped_Start_Steps;
+        exchanging[static_cast<std::size_t>(c - 1)] = now;
+      }
+      run.Theta = damped_left > 0 ? 1.0 : 0.5;
+      if (damped_left > 0) --damped_left;
       const double dt = step == 1 ? t : t - previous;
 
       const Thermal_Step thermal = Solve_Thermal_Step(p, run, host, dt, t, text);

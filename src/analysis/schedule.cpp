@@ -136,6 +136,12 @@ bool Enter_Computation_Time(Project& p, double value) {
   return true;
 }
 
+bool Enter_Damped_Start(Project& p, int steps) {
+  if (steps < 0 || steps > 100) return false;
+  p.Damped_Start_Steps = static_cast<std::int16_t>(steps);
+  return true;
+}
+
 bool Enter_Period_Count(Project& p, Run_Window& w, int value) {
   if (value <= 0 || value > Max_I16_Reference) {
     w.Current_Period = p.Period.count();

@@ -100,6 +100,10 @@ inline bool Enter_Period_From(Project&, const Run_Window&, double) {
 bool Enter_Storage_Each(Project& p, const Run_Window& w, double value);
 bool Enter_Time_Increment(Project& p, const Run_Window& w, double value);
 
+// "Damped start": the number of backward Euler steps after the start of a variant and after each
+// switch of a cooling circuit, 0 (off) to 100.
+bool Enter_Damped_Start(Project& p, int steps);
+
 // ---- Material variants -------------------------------------------------------------------------
 
 // Binds the element materials to numbers, lists the materials of the mesh, takes the first

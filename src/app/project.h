@@ -371,6 +371,10 @@ struct Project {
 
   // Calculation periods.
   double Computation_Time = 72;
+  // The damped start of the temperature steps: so many backward Euler steps after the start and
+  // after every change of a cooling circuit's operation, against the overshoot of the trapezoidal
+  // rule at a sudden change; 0 (the default) computes every step by the trapezoidal rule.
+  std::int16_t Damped_Start_Steps = 0;
   Table<pvx::Period> Period;
 
   // Mesh layer.

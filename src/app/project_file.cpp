@@ -812,6 +812,12 @@ void Exchange_Body(IO& io, Project& p, int version) {
   } else if constexpr (IO::reading) {
     p.Material_Color.clear();
   }
+
+  if (version >= Version_Damped_Start) {
+    io.i16(p.Damped_Start_Steps);
+  } else if constexpr (IO::reading) {
+    p.Damped_Start_Steps = 0;
+  }
 }
 
 int Clamp_Version(int version) {
@@ -819,6 +825,10 @@ int Clamp_Version(int version) {
 }
 
 }  // namespace
+
+int Save_Version(const Project& p) {
+  return p.Damped_Start_Steps != 0 ? Version_Damped_Start : Version_Colours;
+}
 
 std::string Write_Project_Text(const Project& p, int version, const std::string& database_record) {
   Writer w;
@@ -950,12 +960,13 @@ bool Save_Project(Project& p, const std::string& work_directory, Save_Report& re
     }
   }
 
-  p.File_Version = Current_File_Version;
+  const int version = Save_Version(p);
+  p.File_Version = static_cast<std::int16_t>(version);
   Writer w;
-  std::int16_t v = Current_File_Version;
+  std::int16_t v = static_cast<std::int16_t>(version);
   w.i16(v);
   w.text(database_record);
-  Exchange_Body(w, p, Current_File_Version);
+  Exchange_Body(w, p, version);
   if (!w.ok()) {
     report.error = "The project cannot be saved: " + w.error() + ".";
     return false;

@@ -11,13 +11,18 @@
 namespace pvx {
 
 // The version every save writes, and the thresholds at which the format grew.
-inline constexpr int Current_File_Version = 109;
+inline constexpr int Current_File_Version = 110;
 inline constexpr int Version_Inner_Radius = 101;   // Circ_Inner_Radius (before: 750)
 inline constexpr int Version_Load_Family = 102;    // the function family Load
 inline constexpr int Version_Loads = 103;          // point and line loads
 inline constexpr int Version_Mesh_Supports = 104;  // mesh supports
 inline constexpr int Version_Dof = 106;            // Dof of mesh elements and supports (before: derived)
 inline constexpr int Version_Colours = 109;        // material colours
+inline constexpr int Version_Damped_Start = 110;   // the damped start of the temperature steps
+
+// The version a project is saved with: the newest only when it uses what only the newest holds,
+// so that a project without a damped start is written as before, byte for byte.
+int Save_Version(const Project& p);
 
 inline constexpr const char* File_Cannot_Be_Opened = "File cannot be opened !";
 

@@ -218,26 +218,32 @@ TEST(Cooling_Run, TheWaterCarriesAwayTheHeatTheConcreteLoses) {
   // rho c Q (S - Tin)(1 - exp(-x)) over both. For a wall S constant along the pipe the two differ
   // by the factor 2 sinh(x / 2) / x, x = c 2L / v. What remains is the time discretisation of the
   // run: the history books the water of the end of a step, whose walls are the step's mean. It is
-  // first order in the step, 0.44 % at 0.1 h and 0.22 % at 0.05 h.
+  // first order in the step, 0.44 % at 0.1 h and 0.22 % at 0.05 h. With a damped start the first
+  // steps take the whole step at the end value, which the trapezoidal sum of the history books at
+  // half: 2.6 % and 1.2 %, still halving with the step.
   const double flow = 0.3, stretch = 2;
   const double x = Decay_Per_Metre(500, 30, 4180, flow) * 2 * stretch;
   const double model = 2 * std::sinh(x / 2) / x;
-  double previous_error = 0;
-  for (const double dt : {0.1, 0.05}) {
-    SCOPED_TRACE(dt);
-    Project p = Block_With_Pipe(flow, stretch);
-    test::Set_Steps(p, 12, dt, 12);
-    const test::Result r = test::Run(p);
-    ASSERT_EQ(r.outcome, Run_Outcome::Completed);
-    const double concrete = Concrete_Heat_Loss(p, r) * 2 * stretch;
-    const double water = Water_Heat_Gain(r.run.Cooling.History[1]);
-    ASSERT_GT(concrete, 1000.0);
-    const double error = std::fabs(water / concrete / model - 1);
-    EXPECT_LT(error, 0.06 * dt) << "water " << water << " kJ, concrete " << concrete << " kJ";
-    if (previous_error > 0) {
-      EXPECT_LT(error, 0.6 * previous_error);
+  for (const int damped : {0, 4}) {
+    double previous_error = 0;
+    for (const double dt : {0.1, 0.05}) {
+      SCOPED_TRACE(testing::Message() << "step " << dt << " h, damped start " << damped);
+      Project p = Block_With_Pipe(flow, stretch);
+      p.Damped_Start_Steps = static_cast<std::int16_t>(damped);
+      test::Set_Steps(p, 12, dt, 12);
+      const test::Result r = test::Run(p);
+      ASSERT_EQ(r.outcome, Run_Outcome::Completed);
+      const double concrete = Concrete_Heat_Loss(p, r) * 2 * stretch;
+      const double water = Water_Heat_Gain(r.run.Cooling.History[1]);
+      ASSERT_GT(concrete, 1000.0);
+      const double error = std::fabs(water / concrete / model - 1);
+      EXPECT_LT(error, (damped ? 0.3 : 0.06) * dt)
+          << "water " << water << " kJ, concrete " << concrete << " kJ";
+      if (previous_error > 0) {
+        EXPECT_LT(error, 0.6 * previous_error);
+      }
+      previous_error = error;
     }
-    previous_error = error;
   }
 }
 
@@ -337,6 +343,45 @@ TEST(Cooling_Run, AStretchOfNoLengthIsRefusedBeforeTheRun) {
   EXPECT_EQ(r.outcome, Run_Outcome::Failed);
   ASSERT_EQ(r.messages.size(), 1u);
   EXPECT_NE(r.messages[0].find("Circuit 1: distance 2 is not above 0 m"), std::string::npos) << r.messages[0];
+}
+
+}  // namespace
+}  // namespace pvx
+
+namespace pvx {
+namespace {
+
+// Keeps the coldest temperature of every node over the steps of a run.
+struct Coldest : test::Result {
+  double coldest = 1e9;
+  void Report_Step(const Step_Report& s) override {
+    test::Result::Report_Step(s);
+    for (int k = 1; k <= run.Equations; ++k)
+      coldest = std::min(coldest, run.Temperature_New[k]);
+  }
+};
+
+TEST(Cooling_Run, TheDampedStartKeepsThePipeWallAboveTheWater) {
+  // Water of 10 oC starts at once in a block of 40 oC. In half-hour steps the trapezoidal rule
+  // overshoots: the wall round the pipe goes below the water. Four backward Euler steps at the
+  // start, and again when the circuit stops and starts, keep every node above it, and the heat
+  // balance holds as before.
+  struct Case {
+    int damped;
+    bool overshoots;
+  };
+  for (const Case c : {Case{0, true}, Case{4, false}}) {
+    SCOPED_TRACE(c.damped);
+    Project p = Block_With_Pipe(0.3, 2);
+    p.Damped_Start_Steps = static_cast<std::int16_t>(c.damped);
+    p.Circuit[1].Active_Until = 3;
+    test::Set_Steps(p, 6, 0.5, 6);
+    test::Temp_Dir dir;
+    Coldest r;
+    test::Compute(p, dir, r);
+    ASSERT_EQ(r.outcome, Run_Outcome::Completed);
+    EXPECT_EQ(r.coldest < 10, c.overshoots) << r.coldest;
+  }
 }
 
 }  // namespace
