@@ -1,5 +1,6 @@
-// pvx results: the index of a result family (time axis and extreme table), or one stored record of
-// one result variable as a table with the mesh positions of its values.
+// pvx results: the index of a result family (time axis and extreme table), one stored record of
+// one result variable as a table with the mesh positions of its values, or the water history of
+// the cooling circuits.
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -17,6 +18,7 @@
 #include "app/units.h"
 #include "commands.h"
 #include "project_io.h"
+#include "results/cooling_view.h"
 #include "results/result_files.h"
 
 namespace pvx::cli {
@@ -32,6 +34,7 @@ struct Results_Options {
   bool csv = false;
   bool imperial = false;  // the unit system is a setting of the session, not of the project file
   bool summary = false;
+  bool cooling = false;
 };
 
 // One value of the record with where it lies. Empty optionals are printed as empty cells.
@@ -427,6 +430,65 @@ int Show_Record(const Results_Options& given, std::ostream& out, std::ostream& e
   return Exit_Ok;
 }
 
+// One circuit's history as a table: time, flow, capacity, then the water at each station from the
+// inlet to the outlet.
+void Print_Circuit(int number, const Circuit_History& h, int stations, bool imperial, std::ostream& out) {
+  auto shown = [imperial](int kind, double v) { return imperial ? Convert_Unit(true, kind, v) : v; };
+  const int sections = stations - 2;
+  out << fmt::format("Circuit {}: {} pipe section{}, {} record{}; water in {}\n", number, sections,
+                     sections == 1 ? "" : "s", h.History.count(), h.History.count() == 1 ? "" : "s",
+                     Unit_Name(Unit_Temperature, !imperial));
+  out << fmt::format("{:>10} {:>12} {:>14}", "time h",
+                     fmt::format("flow {}", Unit_Name(Unit_Volume_Rate, !imperial)),
+                     imperial ? "capacity BtuIT/s" : "capacity kW");
+  for (int k = 1; k <= stations; ++k)
+    out << fmt::format(" {:>10}", k == 1 ? "inlet" : k == stations ? "outlet" : fmt::format("station {}", k));
+  out << "\n";
+  for (const History_Record& r : h.History) {
+    out << fmt::format("{:>10.2f} {:>12.3f} {:>14.3f}", r.Time, shown(Unit_Volume_Rate, r.Flow),
+                       shown(Unit_Energy, r.Capacity));
+    for (float w : r.Water)
+      out << fmt::format(" {:>10.2f}", shown(Unit_Temperature, w));
+    out << "\n";
+  }
+}
+
+int Show_Cooling(const Results_Options& o, std::ostream& out, std::ostream& err) {
+  const std::string project_path = o.project.empty() ? Find_Project_Of(o.path) : o.project;
+  if (project_path.empty()) {
+    err << "The circuits of a cooling history are those of its project, and no single project beside the "
+           "results names them: give --project\n";
+    return Exit_Failure;
+  }
+  Project p;
+  if (!Open_Project(project_path, p, err)) return Exit_Failure;
+  Result_Family family;
+  family.Layout = Layout_Of_Family(p, o.path);
+  // Projects of version 104 and before kept no history of their circuits.
+  if (!Slot_Exists(family.Layout, Slot_COO) || p.File_Version <= 104) {
+    out << "The results have no cooling circuits.\n";
+    return Exit_Ok;
+  }
+  std::string message;
+  Table<Circuit_History> circuits;
+  bool read = false;
+  if (!Set_Output_Names(family, {o.path, o.path}, "", message) ||
+      !Open_All_Result_Sets(family, p.File_Version, message) ||
+      !Read_Cooling_Data(family, 1, circuits, read, message)) {
+    err << message << "\n";
+    return Exit_Failure;
+  }
+  if (o.csv) {
+    out << Circuit_History_Csv(circuits);
+    return Exit_Ok;
+  }
+  for (int c = 1; c <= circuits.count(); ++c) {
+    if (c > 1) out << "\n";
+    Print_Circuit(c, circuits[c], family.Layout.Circuit_Stations[c], o.imperial, out);
+  }
+  return Exit_Ok;
+}
+
 }  // namespace
 
 void Add_Results_Commands(CLI::App& app, int& status) {
@@ -438,21 +500,36 @@ void Add_Results_Commands(CLI::App& app, int& status) {
   auto* var =
       results->add_option("--var", o->variable, "Result variable (1 to 40; 30 to 34 interfaces, rebars)");
   results->add_option("--stored", o->stored, "Stored step of the record (1 = initial state)")->needs(var);
-  results->add_flag("--csv", o->csv, "Print the record as comma-separated rows (the default for --var)")
-      ->needs(var);
-  results->add_flag("--json", o->json, "Print as JSON");
+  results->add_flag(
+      "--csv", o->csv,
+      "Print the record (the default for --var) or the cooling history as comma-separated rows");
+  auto* json = results->add_flag("--json", o->json, "Print as JSON");
   results->add_flag("--imperial", o->imperial, "Show values in the English Imperial System");
   results
       ->add_flag("--summary", o->summary,
                  "Print only the run's size and its extremes that matter, with when and where")
       ->excludes(var);
+  results
+      ->add_flag("--cooling", o->cooling,
+                 "Print the water history of every cooling circuit: time, flow, capacity and the water "
+                 "temperature at each station (with --csv always metric)")
+      ->excludes(var)
+      ->excludes(json)
+      ->excludes("--summary");
   results->callback([&status, o] {
     if (o->csv && o->json) {
       std::cerr << "--csv and --json exclude each other\n";
       status = Exit_Failure;
       return;
     }
-    if (o->summary)
+    if (o->csv && o->variable == 0 && !o->cooling) {
+      std::cerr << "--csv prints a record (--var) or the cooling history (--cooling)\n";
+      status = Exit_Failure;
+      return;
+    }
+    if (o->cooling)
+      status = Show_Cooling(*o, std::cout, std::cerr);
+    else if (o->summary)
       status = Show_Summary(*o, std::cout, std::cerr);
     else
       status =

@@ -1,5 +1,6 @@
 #include "frm_diag.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QCheckBox>
@@ -204,7 +205,11 @@ frmDiag::frmDiag(Gui_Context& context, QWidget* parent) : Work_Form_Widget(paren
     connect(box, &QCheckBox::clicked, this, [this] { Update_Diagnostics(last_row_); });
   for (QCheckBox* box : Check3)
     connect(box, &QCheckBox::clicked, this, [this] { Update_Diagnostics(last_row_); });
-  connect(Combo1, &QComboBox::currentIndexChanged, this, [this] { Update_Diagnostics(last_row_); });
+  // The run reads the circuit at each step, so a change during a run shows from the next step on.
+  connect(Combo1, &QComboBox::currentIndexChanged, this, [this] {
+    run_.Diagnostic_Circuit = std::max(1, Diagnostic_Circuit());
+    Update_Diagnostics(last_row_);
+  });
 }
 
 void frmDiag::Form_Shown() {
@@ -387,6 +392,7 @@ bool frmDiag::Run_Once() {
   Prepare_Run_Variants(p);
 
   run_ = Run_State{};
+  run_.Diagnostic_Circuit = std::max(1, Diagnostic_Circuit());
   run_project_ = p.Project_File;
   run_.Mechanical_Included = Check2->isChecked();
   run_.Mechanical_Iteration_Limit = shell.Mechanical_Iteration_Limit;

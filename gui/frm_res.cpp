@@ -23,8 +23,11 @@
 #include <utility>
 
 #include "draw/qt_surface.h"
+#include "frm_cool.h"
 #include "frm_diag.h"
+#include "results/cooling_view.h"
 #include "results/viewer_geometry.h"
+#include "results/viewer_pages.h"
 
 namespace pvx {
 
@@ -282,6 +285,7 @@ void frmRes::Close_Results() {
 
 void frmRes::hideEvent(QHideEvent* event) {
   Close_Results();
+  if (cool_ != nullptr) cool_->hide();
   Work_Form_Widget::hideEvent(event);
 }
 
@@ -290,7 +294,9 @@ void frmRes::Form_Shown() {
   const Project& p = context_.project;
   Viewer_State fresh;
   fresh.CurrentRun = state_.CurrentRun;
+  fresh.SelectedCircuit = 0;  // none until a click in the circuit list
   state_ = std::move(fresh);
+  if (cool_ != nullptr) cool_->hide();
   moisture_ = Moisture_Results(p);
   user_zoomed_ = false;
   picture_.ZoomPending = false;
@@ -370,6 +376,8 @@ void frmRes::Build_Tabs() {
     delete w;
   }
   pages_.clear();
+  B->List1 = nullptr;  // went with its page
+  B->Store_Button = nullptr;
   if (!open_) {
     building_ = false;
     return;
@@ -453,6 +461,7 @@ void frmRes::Build_Tabs() {
 
   add_group("Physics", {{"Temperature", 1}, {"Humidity", 4}, {" Moisture Content", 5}});
   add_group("Maturity", {{"Arrhenious", 2}, {"C-Method", 3}});
+  if (state_.CoolingDataOk) root->addTab(Make_Cooling_Page(), Cooling_Caption);
   add_group("Mech. Prop.", {{"Tensile str.", 9}, {" Compressive str.", 10}});
   add_group("Displacements", {{"Deformed mesh", 20}, {"Ux", 11}, {"Uy", 12}});
   if (offered(13)) {
@@ -475,6 +484,46 @@ void frmRes::Build_Tabs() {
   add_single("D.o.h", 40);
   Select_Page(shown_variable_);
   building_ = false;
+}
+
+// The list of the circuits and the button that stores one. The page shows no variable: a change to
+// it leaves the picture and the record as they are.
+QWidget* frmRes::Make_Cooling_Page() {
+  auto* page = new QWidget;
+  page->setProperty("variable", Cooling_Page);
+  auto* layout = new QVBoxLayout(page);
+  B->List1 = new QListWidget(page);
+  B->List1->setObjectName("List1");
+  for (int c = 1; c <= state_.Circuits.count(); ++c)
+    B->List1->addItem(Q(Circuit_Caption(c)));
+  B->Store_Button = new QPushButton(Store_Circuit_Caption, page);
+  B->Store_Button->setObjectName("Store_Button");
+  layout->addWidget(B->List1, 1);
+  layout->addWidget(B->Store_Button);
+  connect(B->List1, &QListWidget::itemClicked, this,
+          [this](QListWidgetItem* item) { Select_Circuit(B->List1->row(item)); });
+  connect(B->Store_Button, &QPushButton::clicked, this, [this] { Store_Circuit(); });
+  return page;
+}
+
+void frmRes::Select_Circuit(int row) {
+  if (!open_ || !state_.CoolingDataOk || !state_.Circuits.valid(row + 1)) return;
+  state_.SelectedCircuit = row + 1;
+  if (cool_ == nullptr) cool_ = new frmCool(this);
+  cool_->Show_Circuit(state_.Circuits[row + 1], row + 1, state_.Metric);
+  cool_->show();
+  cool_->raise();
+}
+
+void frmRes::Store_Circuit() {
+  if (!open_ || !state_.Circuits.valid(state_.SelectedCircuit)) return;
+  // The dialogue opens in the working folder.
+  std::string path = context_.shell.Work_Directory;
+  if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';
+  if (!context_.host.Choose_Save_File(Circuit_File_Title, Circuit_File_Filter, path) || path.empty()) return;
+  std::string message;
+  if (!Store_Circuit_Data(path, state_.Circuits[state_.SelectedCircuit], state_.SelectedCircuit, message))
+    context_.host.Show_Message(message);
 }
 
 // Makes the page of a variable the current one at every level of the tabs, without reading.
@@ -642,9 +691,14 @@ void frmRes::Apply_Selected_Run() {
   A->List_Runs->hide();
   A->Apply_Run->hide();
   if (run < 1) return;
-  if (!Select_Run(state_, family_, run, *host_)) {
-    Close_Results();
-    Build_Tabs();
+  if (!Select_Run(state_, family_, run, *host_)) Close_Results();
+  // The runs may differ in whether their cooling history could be read.
+  Build_Tabs();
+  if (cool_ != nullptr && cool_->isVisible()) {
+    if (open_ && state_.Circuits.valid(state_.SelectedCircuit))
+      cool_->Show_Circuit(state_.Circuits[state_.SelectedCircuit], state_.SelectedCircuit, state_.Metric);
+    else
+      cool_->hide();
   }
   Show_State();
 }

@@ -33,6 +33,7 @@ inline constexpr const char* Store_Picture_Filter = "(*.JPG)|*.jpg|(*.BMP)|*.bmp
 
 class Result_Picture;
 class frmRes;
+class frmCool;
 
 // The page of one variable in frmresB: its extremes and its scale boxes.
 struct Result_Page {
@@ -63,11 +64,13 @@ class frmResA : public QWidget {
   QPushButton* Apply_Run = nullptr;
 };
 
-// The tabs of the variables.
+// The tabs of the variables, and the page of the cooling circuits when the run has their history.
 class frmresB : public QWidget {
  public:
   frmresB(frmRes& form, QWidget* parent);
   QTabWidget* SSTab1 = nullptr;
+  QListWidget* List1 = nullptr;         // "Circuit 1", "Circuit 2", ...; null without the page
+  QPushButton* Store_Button = nullptr;  // "Store results in a file"
 };
 
 class frmRes : public Work_Form_Widget {
@@ -97,6 +100,14 @@ class frmRes : public Work_Form_Widget {
   // "Specific" and "Select": the pick of a stored time (0-based row) and of a run (0-based row).
   void Pick_Time(int row);
   void Apply_Selected_Run();
+  // A click on line `row` (0-based) of the circuit list: the circuit is selected and frmCool shows
+  // its history.
+  void Select_Circuit(int row);
+  // "Store results in a file": with a selected circuit, the file chosen in the save dialogue gets
+  // its history as text; a failure is shown through the host.
+  void Store_Circuit();
+  // The window of the selected circuit, nullptr before the first selection.
+  frmCool* Cool_Window() const { return cool_; }
 
   bool Is_Open() const { return open_; }
   void Close_Results();
@@ -124,6 +135,7 @@ class frmRes : public Work_Form_Widget {
   friend class Form_Viewer_Host;
   void hideEvent(QHideEvent* event) override;
   void Build_Tabs();
+  QWidget* Make_Cooling_Page();
   void Select_Page(int variable);
   void Tab_Changed();
   int Variable_Of_Current_Tab() const;
@@ -155,6 +167,7 @@ class frmRes : public Work_Form_Widget {
   double home_[4] = {0, 0, 0, 0};  // the whole mesh with a border: x1, y1, x2, y2
   std::vector<Result_Page> pages_;
   class Form_Viewer_Host* host_ = nullptr;
+  frmCool* cool_ = nullptr;
 };
 
 // The working form of the results, nullptr for any other kind.

@@ -1,0 +1,72 @@
+// The cooled block computed from the run window, and its water history in the viewer: the list, the
+// window of the clicked circuit and the stored text.
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QImage>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+#include <filesystem>
+#include "form_fixture.h"
+#include "frm_cool.h"
+#include "frm_diag.h"
+#include "frm_res.h"
+#include "results/cooling_view.h"
+
+namespace pvx {
+namespace {
+
+TEST(frmRes, TheCooledBlockComputesAndItsWaterHistoryShows) {
+  // The example with a closed circuit, computed from the run window and read in the viewer.
+  test::Form_Fixture f;
+  f.folder.project = f.dir.file("BLOCK-COOLED.PVX");
+  std::filesystem::copy_file(test::Source_Path("examples/BLOCK-COOLED.PVX"), f.folder.project);
+  ASSERT_TRUE(f.Load_Example());
+  frmDiag diag(f.context);
+  diag.resize(1200, 820);
+  diag.show();
+  diag.Form_Shown();
+  EXPECT_TRUE(diag.Combo1->isVisible());
+  QTest::mouseClick(diag.Command2, Qt::LeftButton);
+  ASSERT_EQ(diag.Last_Outcome(), Run_Outcome::Completed);
+  EXPECT_EQ(diag.Last_Run().Diagnostic_Circuit, 1);
+  test::Take_Screenshot(diag, "frmDiag_cooling");
+
+  frmRes w(f.context);
+  w.resize(1000, 700);
+  w.show();
+  w.Form_Shown();
+  ASSERT_TRUE(w.Is_Open()) << (f.host.messages.empty() ? "" : f.host.messages.back());
+  QTabWidget* root = w.B->SSTab1;
+  for (int tab = 0; tab < root->count(); ++tab)
+    if (root->tabText(tab) == "Cooling") root->setCurrentIndex(tab);
+  ASSERT_EQ(root->tabText(root->currentIndex()), "Cooling");
+  EXPECT_EQ(w.State().CurrentVariable, 1);  // the page reads no variable
+  QListWidget* list = w.B->List1;
+  ASSERT_TRUE(list != nullptr && list->count() == 1);
+  // Five days in operation: the record at the start, 96 quarter-hour and 192 half-hour steps.
+  ASSERT_EQ(w.State().Circuits[1].History.count(), 289);
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
+  EXPECT_EQ(w.State().SelectedCircuit, 1);
+  frmCool* cool = w.Cool_Window();
+  ASSERT_TRUE(cool != nullptr && cool->isVisible());
+  const QImage image = cool->Picture1->grab().toImage();
+  int red = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      red += image.pixelColor(x, y) == QColor(255, 0, 0);
+  EXPECT_GT(red, 50);  // the inlet and outlet curves
+  test::Take_Screenshot(*cool, "frmCool");
+
+  const std::string path = f.dir.file("circuit 1.txt");
+  f.host.files = {path};
+  QTest::mouseClick(w.B->Store_Button, Qt::LeftButton);
+  EXPECT_EQ(f.host.chooser_titles, std::vector<std::string>{"Select Result File"});
+  EXPECT_EQ(test::Read_Text(path), Circuit_Data_Text(w.State().Circuits[1], 1));
+}
+
+}  // namespace
+}  // namespace pvx
