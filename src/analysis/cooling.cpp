@@ -133,6 +133,50 @@ void Update_Water_Temperatures(const Project& p, Run_State& run, double t) {
   }
 }
 
+void Start_Water_Passes(Run_State& run) {
+  Cooling_State& cool = run.Cooling;
+  cool.Iterate.clear();
+  for (const Table<float>& water : cool.Water_New)
+    for (float w : water)
+      cool.Iterate.push_back(w);
+  cool.Change.clear();
+  cool.Relaxation = 1;
+}
+
+void Relax_Water_Temperatures(Run_State& run) {
+  Cooling_State& cool = run.Cooling;
+  if (cool.Iterate.empty()) return;
+  // The change the pass asks for, r = g(x) - x, against the one before: Aitken's factor
+  // w = -w_before (r_before . (r - r_before)) / |r - r_before|^2.
+  std::size_t i = 0;
+  double along = 0, squared = 0;
+  std::vector<double> change(cool.Iterate.size());
+  for (const Table<float>& water : cool.Water_New)
+    for (float w : water) {
+      change[i] = w - cool.Iterate[i];
+      if (!cool.Change.empty()) {
+        const double difference = change[i] - cool.Change[i];
+        along += cool.Change[i] * difference;
+        squared += difference * difference;
+      }
+      ++i;
+    }
+  if (!cool.Change.empty() && squared > 0) {
+    const double factor = -cool.Relaxation * along / squared;
+    // A factor out of reason (a pass that hardly changed, or the start of an oscillation) falls
+    // back to the plain update.
+    cool.Relaxation = factor > 0.05 && factor < 2 ? factor : 1;
+  }
+  i = 0;
+  for (Table<float>& water : cool.Water_New)
+    for (float& w : water) {
+      cool.Iterate[i] += cool.Relaxation * change[i];
+      w = static_cast<float>(cool.Iterate[i]);
+      ++i;
+    }
+  cool.Change = std::move(change);
+}
+
 void Update_Cooling_End_Of_Step(const Project& p, Run_State& run, double t) {
   Cooling_State& cool = run.Cooling;
   for (int n = 1; n <= p.Circuit.count() && n <= cool.Water_New.count(); ++n) {

@@ -48,6 +48,14 @@ void Set_Cooling_Start(const Project& p, Run_State& run);
 // thermal iteration, so that the next pass meets the latest water.
 void Update_Water_Temperatures(const Project& p, Run_State& run, double t);
 
+// The passes of a step iterate the water and the temperatures together, each pass solving with the
+// water of the pass before. The water of a pass goes in relaxed by Aitken's factor, estimated from
+// the changes of the last two passes, so that a strong exchange round the pipes does not cost many
+// passes; the settled state is the same. Start_Water_Passes before the first pass, then
+// Relax_Water_Temperatures after each Update_Water_Temperatures.
+void Start_Water_Passes(Run_State& run);
+void Relax_Water_Temperatures(Run_State& run);
+
 // The end of a step: a history record for every circuit in operation, then the new water becomes
 // the old one for every circuit.
 void Update_Cooling_End_Of_Step(const Project& p, Run_State& run, double t);

@@ -37,6 +37,7 @@ Thermal_Step Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host&
                     [&host] { host.Pump_Events(); });
   if (!ok) return Thermal_Step::Singular;
   run.Thermal_Passes = 0;
+  Start_Water_Passes(run);
   double largest = 0;
   int worst = 0;
   do {
@@ -69,6 +70,7 @@ Thermal_Step Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host&
     }
     ++run.Thermal_Passes;
     Update_Water_Temperatures(p, run, t);
+    Relax_Water_Temperatures(run);
   } while (!run.Thermal_Converged);
   return Thermal_Step::Settled;
 }

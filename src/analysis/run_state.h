@@ -29,6 +29,10 @@ namespace pvx {
 struct Cooling_State {
   Table<Table<float>> Water_Old, Water_New;
   Table<Circuit_History> History;
+  // The water of the passes of a step, all stations of all circuits in a row: the iterate the last
+  // pass was solved with, the change the pass asked for, and the relaxation factor.
+  std::vector<double> Iterate, Change;
+  double Relaxation = 1;
 };
 
 // The three blocks of an element kept for the passes of a step: capacity C, conduction K (without
