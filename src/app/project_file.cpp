@@ -860,6 +860,27 @@ bool Parse_Project_Text(const std::string& text, Project& p, std::string& databa
   return true;
 }
 
+bool Write_File_Replacing(const std::string& path, const std::string& text) {
+  namespace fs = std::filesystem;
+  const std::string temporary = path + ".saving";
+  bool ok = false;
+  {
+    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+    if (out) {
+      out.write(text.data(), static_cast<std::streamsize>(text.size()));
+      out.flush();
+      ok = static_cast<bool>(out);
+    }
+  }
+  std::error_code ec;
+  if (ok) {
+    fs::rename(temporary, path, ec);
+    ok = !ec;
+  }
+  if (!ok) fs::remove(temporary, ec);
+  return ok;
+}
+
 std::string getdir(const std::string& path) {
   std::size_t k = path.find_last_of("/\\");
   return k == std::string::npos ? std::string() : path.substr(0, k + 1);
@@ -973,29 +994,7 @@ bool Save_Project(Project& p, const std::string& work_directory, Save_Report& re
   }
   const std::string text = w.take();
 
-  // Write beside the target and rename, so that a failed save never destroys the previous file.
-  const std::string temporary = target + ".saving";
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    if (!out) {
-      report.error = "File " + target + " cannot be written.";
-      return false;
-    }
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    out.flush();
-    if (!out) {
-      out.close();
-      std::error_code ignore;
-      fs::remove(temporary, ignore);
-      report.error = "File " + target + " cannot be written.";
-      return false;
-    }
-  }
-  std::error_code ec;
-  fs::rename(temporary, target, ec);
-  if (ec) {
-    std::error_code ignore;
-    fs::remove(temporary, ignore);
+  if (!Write_File_Replacing(target, text)) {
     report.error = "File " + target + " cannot be written.";
     return false;
   }

@@ -39,8 +39,9 @@ struct Read_Report {
   std::string detail;   // what exactly was wrong, and where
 };
 
-// The whole text of a project file of the given version (100 to 109). Saving always writes 109;
-// older versions are written for tests and conversions of the reader only.
+// The whole text of a project file of the given version (100 to 110). Saving writes 110 for a
+// project with a damped start and 109 for all others; older versions are written for tests and
+// conversions of the reader only.
 std::string Write_Project_Text(const Project& p, int version, const std::string& database_record);
 
 // Parses the text of a project file into `p`, which is reset first. On failure returns false and
@@ -48,6 +49,10 @@ std::string Write_Project_Text(const Project& p, int version, const std::string&
 // The database record is returned as it stands in the file (record 2).
 bool Parse_Project_Text(const std::string& text, Project& p, std::string& database_record,
                         Read_Report& report);
+
+// Writes the text beside `path` and renames it over the file, so that a failed write leaves the
+// previous file whole; false when the file could not be written.
+bool Write_File_Replacing(const std::string& path, const std::string& text);
 
 // The directory part of a path up to and including its last separator ("/" or "\"), or empty.
 std::string getdir(const std::string& path);

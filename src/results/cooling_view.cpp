@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <vector>
 
+#include "app/project_file.h"
 #include "app/units.h"
 #include "results/plot.h"
 #include "results/result_files.h"
@@ -218,28 +217,9 @@ std::string Circuit_Data_Text(const Circuit_History& h, int circuit_number) {
 
 bool Store_Circuit_Data(const std::string& path, const Circuit_History& h, int circuit_number,
                         std::string& message) {
-  namespace fs = std::filesystem;
-  const std::string text = Circuit_Data_Text(h, circuit_number);
-  const std::string temporary = path + ".saving";
-  bool ok = false;
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    if (out) {
-      out.write(text.data(), static_cast<std::streamsize>(text.size()));
-      out.flush();
-      ok = static_cast<bool>(out);
-    }
-  }
-  std::error_code ec;
-  if (ok) {
-    fs::rename(temporary, path, ec);
-    ok = !ec;
-  }
-  if (!ok) {
-    fs::remove(temporary, ec);
-    message = Write_Failed_Message + path;
-  }
-  return ok;
+  if (Write_File_Replacing(path, Circuit_Data_Text(h, circuit_number))) return true;
+  message = Write_Failed_Message + path;
+  return false;
 }
 
 std::string Circuit_History_Csv(const Table<Circuit_History>& circuits) {
