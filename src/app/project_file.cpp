@@ -9,6 +9,8 @@
 #include <limits>
 #include <sstream>
 
+#include "app/border_periods.h"
+
 namespace pvx {
 
 namespace {
@@ -422,7 +424,8 @@ void Exchange_Hygral_Period(IO& io, Hygral_Period& h) {
   io.f64(h.Constant_Level);
 }
 
-// A design border has hygral periods in the file; a mesh border has not.
+// A design border has hygral periods in the file; a mesh border has not (the reader gives it those
+// of its design border, see border_periods.h).
 template <class IO>
 void Exchange_Border(IO& io, Border& b, bool with_hygral_periods) {
   io.i16(b.Node_A);
@@ -857,6 +860,8 @@ bool Parse_Project_Text(const std::string& text, Project& p, std::string& databa
     report.detail = r.error();
     return false;
   }
+  // The file holds no hygral periods of mesh borders; without them a specimen would never dry.
+  Restore_Mesh_Hygral_Periods(p);
   return true;
 }
 

@@ -46,7 +46,8 @@ std::string Write_Project_Text(const Project& p, int version, const std::string&
 
 // Parses the text of a project file into `p`, which is reset first. On failure returns false and
 // fills `report`; `p` is then in an unspecified state, so callers read into a fresh Project.
-// The database record is returned as it stands in the file (record 2).
+// The database record is returned as it stands in the file (record 2). The mesh borders, which the
+// file holds without hygral periods, get those of their design borders (border_periods.h).
 bool Parse_Project_Text(const std::string& text, Project& p, std::string& database_record,
                         Read_Report& report);
 

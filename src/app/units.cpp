@@ -268,7 +268,9 @@ double Factor(int kind) {
     case 14:
       return 334.45094400000005 / 1899.100534716;
     case 15:
-      return 1097.28 / 1899.100534716;
+      // The hygral transfer coefficient acts in m/h (with the diffusion coefficient in m2/h and
+      // lengths in m): shown in yd/h, as metres are shown in yards.
+      return 1 / 0.9144;
     case 16:
       return 0.764554857984 / 1.8991005347160002;
     case 17:
@@ -327,7 +329,7 @@ const char* Unit_Name(int kind, bool metric) {
       {"MPa", "ksi"},
       {"m/s", "mph"},
       {"W/m2K", "BtuIT/hft2oF"},
-      {"", ""},
+      {"m/h", "yd/h"},
       {"kJ/m3K", "BtuIT/yd3oF"},
       {"W/m2", "BtuIT/hft2"},
       {"kJ", "Btu"},

@@ -51,7 +51,7 @@ enum Unit_Kind : int {
   Unit_Stress_2 = 12,
   Unit_Speed = 13,
   Unit_Convection = 14,
-  Unit_Transfer = 15,
+  Unit_Transfer = 15,  // the hygral transfer coefficient of a border, m/h
   Unit_Capacity = 16,
   Unit_Radiation = 17,
   Unit_Energy = 18,

@@ -161,9 +161,9 @@ std::vector<Editor_Field> Border_Hygral_Fields(const Project& p) {
                               &Hygral_Period::Is_Water_Pressure)));
   v.push_back(Row(Function_Field("Potential function:", Function_Family::Moisture_Potential, hygral_row,
                                  &Hygral_Period::Potential_Function)));
-  v.push_back(Row(Minimum(
-      Number("Transfer coefficient:", Unit_Transfer, -3, hygral_row, &Hygral_Period::Transfer_Coefficient), 0,
-      "A coefficient cannot be below 0.")));
+  v.push_back(Row(Minimum(Number("Transfer coefficient [{}]:", Unit_Transfer, -3, hygral_row,
+                                 &Hygral_Period::Transfer_Coefficient),
+                          0, "A coefficient cannot be below 0.")));
   Editor_Field kind;
   kind.type = Field_Type::Option;
   kind.caption = "Pressure:";

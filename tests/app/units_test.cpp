@@ -62,7 +62,8 @@ TEST(Format_Number, FixedAndScientificRightAlignedOrAStar) {
 TEST(Convert_Unit, KnownEquivalentsInBothDirections) {
   // Independent values: 1 in = 25.4 mm, 1 lb = 0.45359237 kg, t oF = 1.8 t oC + 32, 1 ksi =
   // 6.894757 MPa, 1 lbf = 4.448222 N, 1 yd3 = 0.764554857984 m3, 1 W/m2K = 0.176110 Btu/(h ft2 oF),
-  // 1 W/m2 = 0.316998 Btu/(h ft2), 1 Btu = 1.055056 kJ, 1 mph = 0.44704 m/s, 1 N/mm = 5.710147 lbf/in.
+  // 1 W/m2 = 0.316998 Btu/(h ft2), 1 Btu = 1.055056 kJ, 1 mph = 0.44704 m/s, 1 N/mm = 5.710147 lbf/in,
+  // 1 yd/h = 0.9144 m/h.
   // Lengths and masses show with the rounded factor and come back with the exact one: 2.204623 lb
   // shown for 1 kg, 1 lb typed is 0.45359237 kg. (That 100 mm shows as 3.937 in, and 3.937 in
   // typed is 99.9998 mm, is walked through by the editors' tests.)
@@ -77,7 +78,7 @@ TEST(Convert_Unit, KnownEquivalentsInBothDirections) {
       {true, Unit_Convection, 1, 0.176110, 1e-6},    {true, Unit_Radiation, 1, 0.316998, 1e-6},
       {true, Unit_Volume_Rate, 0.76455486, 1, 1e-8}, {true, Unit_Length_m, 0.9144, 1, 1e-12},
       {true, Unit_Speed, 0.44704, 1, 1e-12},         {true, Unit_Per_Degree, 1.8, 1, 1e-12},
-      {true, Unit_Line_Force, 1, 5.710147, 1e-6},
+      {true, Unit_Line_Force, 1, 5.710147, 1e-6},    {true, Unit_Transfer, 0.9144, 1, 1e-12},
   };
   for (const auto& [to_imperial, kind, si, imperial, tolerance] : cases)
     EXPECT_NEAR(Convert_Unit(to_imperial, kind, to_imperial ? si : imperial), to_imperial ? imperial : si,

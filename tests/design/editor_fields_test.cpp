@@ -53,7 +53,7 @@ TEST(EditorFields, EveryTypedFieldLandsInTheMemberItsCaptionNames) {
         {"Coeff. [W/m2K]:", TP(Convection_Coefficient)}, {"Radiation function:", TP(Radiation_Function)},
         {"es", TP(Es)}, {"ea", TP(Ea)}, {"er", TP(Er)}}},
       {Editor_Kind::BorH, 1, {{"From [hours]:", HP(From)}, {until, HP(Until)},
-        {"Potential function:", HP(Potential_Function)}, {"Transfer coefficient:", HP(Transfer_Coefficient)},
+        {"Potential function:", HP(Potential_Function)}, {"Transfer coefficient [m/h]:", HP(Transfer_Coefficient)},
         {"Water pressure function:", HP(Water_Pressure_Function)},
         {"Constant level [m]:", HP(Constant_Level)}}},
       {Editor_Kind::PointT, 1, {{from, AT(Point_T[1].Present_From)}, {until, AT(Point_T[1].Until)},
@@ -241,6 +241,9 @@ TEST(EditorEntry, WhatFollowsFromTheFieldsIsDerivedAtApplyOnlyAndRefusalsKeepThe
   EXPECT_NEAR(s.copy.Macro.Temperature, 100.0, 1e-5);
   s = Open(p, Editor_Kind::Circuit, 1);
   EXPECT_EQ(Field_Text(s, Field_Of(s, "Diameter pipes [in]:")), "1.102");
+  // The hygral transfer coefficient acts in m/h: 2.5e-9 m/h are 2.734e-9 yd/h.
+  s = Open(p, Editor_Kind::BorH, 1);
+  EXPECT_EQ(Field_Text(s, Field_Of(s, "Transfer coefficient [yd/h]:")), "2.734e-09");
 }
 
 }  // namespace
