@@ -10,6 +10,7 @@
 #include "analysis/mechanics/assembly.h"
 #include "analysis/mechanics/point_law.h"
 #include "analysis/mechanics/stress_loop.h"
+#include "analysis/moisture.h"
 #include "analysis/thermal.h"
 #include "material/properties.h"
 #include "results/result_files.h"
@@ -73,6 +74,38 @@ Thermal_Step Solve_Thermal_Step(const Project& p, Run_State& run, Analysis_Host&
     Relax_Water_Temperatures(run);
   } while (!run.Thermal_Converged);
   return Thermal_Step::Settled;
+}
+
+// The moisture iteration of a step: the saturated flow once, then solves with the matrix rebuilt
+// each time, until no potential moves by more than 0.005. A pass that has not settled goes on from
+// the mean of its solution and the start of the step, so that the diffusion coefficient is taken at
+// mid-step; the 26th solve is taken as it stands. Negative potentials are set to 0. False on a zero
+// pivot, with the solver's message.
+bool Solve_Moisture_Step(const Project& p, Run_State& run, Analysis_Host& host, double dt, double t,
+                         std::string& message) {
+  const Event_Pump pump = [&host] { host.Pump_Events(); };
+  if (!Set_Saturated_Flow(p, run, dt, t, message, pump)) return false;
+  Table<double>& solution = run.Right_Hand_Side;
+  run.Moisture_Solves = 0;
+  for (;;) {
+    Assemble_Moisture_System(p, run, dt, t);
+    bool ok = true;
+    Factorise_Profile(run.Matrix, run.Equations, run.Numbering.Column_Pointer, ok, message, pump);
+    if (!ok) return false;
+    Set_Moisture_Load(p, run, dt, t);
+    Solve_Profile(run.Matrix, solution, run.Equations, run.Numbering.Column_Pointer);
+    host.Pump_Events();
+    if (++run.Moisture_Solves > 25) break;
+    bool settled = true;
+    for (int k = 1; k <= run.Equations && settled; ++k)
+      settled = std::fabs(run.Moisture_New[k] - solution[k]) <= 0.005;
+    if (settled) break;
+    for (int k = 1; k <= run.Equations; ++k)
+      run.Moisture_New[k] = (solution[k] + run.Moisture_Old[k]) / 2;
+  }
+  for (int k = 1; k <= run.Equations; ++k)
+    run.Moisture_New[k] = std::max(solution[k], 0.0);
+  return true;
 }
 
 // The warnings of a mechanical variant: what this version computes otherwise than the project asks,
@@ -194,9 +227,10 @@ void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& h
   run.Matrix.resize(run.Numbering.Profile_Size);
   run.Right_Hand_Side.resize(n);
   for (Table<double>* v : {&run.Temperature_Old, &run.Temperature_New, &run.Temperature_Initial,
-                           &run.Moisture_Old, &run.Moisture_New, &run.Base_Load})
+                           &run.Moisture_Old, &run.Moisture_New, &run.Base_Load, &run.Saturated_Potential})
     v->resize(n);
   run.Active_Equation.resize(n);
+  run.Moisture_Active.resize(n);
   const int elements = p.Mesh_Element.count();
   run.Element_Matrices.resize(elements);
   run.Element_Material.resize(elements);
@@ -336,9 +370,6 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
                    " is not integrated into the mesh: it takes no part in the computation, and its water "
                    "stands at the inlet temperature.",
                Message_Kind::Warning);
-    if (run.Moisture_Included)
-      report("The moisture analysis is not part of this version: the moisture field keeps its initial value.",
-             Message_Kind::Warning);
     if (run.Mechanical_Included)
       Report_Mechanical_Warnings(p, run,
                                  [&](const std::string& text) { report(text, Message_Kind::Warning); });
@@ -386,6 +417,14 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
       if (thermal == Thermal_Step::Stopped) break;
       if (thermal != Thermal_Step::Settled) {
         // A singular model or a step that does not settle ends this variant only: the others still run.
+        report(text, Message_Kind::Critical);
+        run.Stop_Computations = false;
+        variant_failed = true;
+        break;
+      }
+
+      if (run.Moisture_Included && !Solve_Moisture_Step(p, run, host, dt, t, text)) {
+        // As for the temperatures: a singular model ends this variant only.
         report(text, Message_Kind::Critical);
         run.Stop_Computations = false;
         variant_failed = true;

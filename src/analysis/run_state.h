@@ -67,6 +67,7 @@ struct Run_State {
   Field_Statistics Statistics;          // per-step extremes for the run window
   std::vector<double> Saved_Step_Time;  // 1..steps+1: 0, then the end of each step done
   int Thermal_Passes = 0;               // passes of the thermal iteration in the last step
+  int Moisture_Solves = 0;              // solves of the moisture iteration in the last step
 
   // Numbering and the linear systems (thermal and moisture share the numbering).
   Node_Numbering Numbering;
@@ -79,6 +80,8 @@ struct Run_State {
   Table<double> Moisture_Old, Moisture_New;
   Table<double> Base_Load;
   Table<std::int16_t> Active_Equation;
+  Table<std::int16_t> Moisture_Active;  // the moisture system's own flags
+  Table<double> Saturated_Potential;    // the head of the saturated flow of the step, m
 
   // Per element and per integration point.
   Table<std::int16_t> Element_Material;  // material number of each element in this variant; 0 none
