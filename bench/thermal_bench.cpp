@@ -149,4 +149,56 @@ BENCHMARK(BM_Cooled_Run)
     ->Unit(benchmark::kMillisecond)
     ->MinTime(1.0);
 
+// The same section with a hygral concrete (Bazant's diffusion, the formula isotherm following
+// temperature and hydration) drying from its top face: the moisture iteration in every step. The
+// difference of the runs of 1 and 9 steps over 8 is the time per step.
+void BM_Drying_Run(benchmark::State& state) {
+  const int n = 158;
+  const int steps = static_cast<int>(state.range(0));
+  pvx::Project p = Square_Section(n);
+  p.Computation_Time = steps;
+  p.Period.clear();
+  p.Period.add(pvx::Period{0, static_cast<double>(steps), 1, 1});
+  pvx::Material& m = p.Material[1];
+  m.Has_Hygral = true;
+  m.W_C = 0.5;
+  m.Cement = 330;
+  m.Air = 1.5;
+  m.H_Limit = 1.02;
+  m.Temperature_Dependent = true;
+  m.Hydration_Dependent = true;
+  m.Diffusion_Bazant = true;
+  m.Diffusion_1 = 1.2e-5;
+  m.Diffusion_2 = 0.8;
+  m.Diffusion_3 = 0.05;
+  m.Consumption_Factor = 0.16;
+  p.Potential_Functions[1].Constant_Value = 0.5;
+  for (pvx::Border& b : p.Mesh_Border) {
+    b.Hygral_Active = pvx::True_Flag;
+    b.Hygral_Periods.add(pvx::Hygral_Period{0, 1000, 1, 1e-3});
+  }
+  pvx::Set_Result_Names(p);
+  pvx::Analysis_Host host;
+  int solves = 0, factorisations = 0;
+  for (auto _ : state) {
+    pvx::Run_State run;
+    std::string message;
+    if (pvx::Run_Analysis(p, run, host, "", message) != pvx::Run_Outcome::Completed) {
+      state.SkipWithError(message.c_str());
+      break;
+    }
+    solves = run.Moisture_Solves;
+    factorisations = run.Moisture_Factorisations;
+  }
+  state.counters["elements"] = n * n;
+  state.counters["moisture_solves_last_step"] = solves;
+  state.counters["factorisations_last_step"] = factorisations;
+  for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP"}) {
+    std::error_code ec;
+    std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext),
+                            ec);
+  }
+}
+BENCHMARK(BM_Drying_Run)->Arg(1)->Arg(9)->Unit(benchmark::kMillisecond)->MinTime(1.0);
+
 }  // namespace

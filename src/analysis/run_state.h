@@ -81,7 +81,10 @@ struct Run_State {
   Table<double> Base_Load;
   Table<std::int16_t> Active_Equation;
   Table<std::int16_t> Moisture_Active;  // the moisture system's own flags
-  Table<double> Saturated_Potential;    // the head of the saturated flow of the step, m
+  // The factors of a moisture matrix of the step kept for the passes that follow, and a work vector.
+  Table<double> Moisture_Factors, Moisture_Work;
+  int Moisture_Factorisations = 0;    // in the last step
+  Table<double> Saturated_Potential;  // the head of the saturated flow of the step, m
 
   // Per element and per integration point.
   Table<std::int16_t> Element_Material;  // material number of each element in this variant; 0 none

@@ -655,4 +655,24 @@ void Solve_Profile(const Table<double>& factors, Table<double>& right_hand_side,
 #endif
 }
 
+void Multiply_Profile(const Table<double>& matrix, int n, const std::vector<std::int32_t>& column_pointer,
+                      const Table<double>& x, Table<double>& y) {
+  const double* a = matrix.data().data() - 1;  // positions from 1
+  for (int c = 1; c <= n; ++c)
+    y[c] = 0;
+  for (int c = 1; c <= n; ++c) {
+    const std::int32_t last = column_pointer[static_cast<std::size_t>(c)];
+    const std::int32_t first = column_pointer[static_cast<std::size_t>(c - 1)] + 1;
+    const int top = c - (last - first);
+    double sum = 0;
+    const double xc = x[c];
+    for (std::int32_t q = first; q < last; ++q) {
+      const int r = top + (q - first);
+      sum += a[q] * x[r];
+      y[r] += a[q] * xc;
+    }
+    y[c] += sum + a[last] * xc;
+  }
+}
+
 }  // namespace pvx

@@ -84,4 +84,8 @@ void Solve_Profile(const Table<double>& factors, Table<double>& right_hand_side,
                    const std::vector<std::int32_t>& column_pointer,
                    Solver_Kernel kernel = Solver_Kernel::Automatic);
 
+// y = A x for the symmetric profile matrix A (not factorised), x and y numbered from 1.
+void Multiply_Profile(const Table<double>& matrix, int n, const std::vector<std::int32_t>& column_pointer,
+                      const Table<double>& x, Table<double>& y);
+
 }  // namespace pvx

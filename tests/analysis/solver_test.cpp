@@ -49,6 +49,21 @@ TEST(Factorise_Profile, SolvesRandomProfilesOfEveryShapeForManyRightHandSides) {
         for (int r = c - height[c] + 1; r <= c; ++r)
           packed[cp[c] - c + r] = A[r][c];
       }
+      {
+        // The product with the packed matrix, as the refinement of the moisture passes forms it.
+        Table<double> x, y;
+        x.resize(n);
+        y.resize(n);
+        for (double& v : x)
+          v = value(random);
+        Multiply_Profile(packed, n, cp, x, y);
+        for (int r = 1; r <= n; ++r) {
+          double dense = 0;
+          for (int c = 1; c <= n; ++c)
+            dense += A[r][c] * x[c];
+          ASSERT_NEAR(y[r], dense, 1e-12) << "n = " << n << ", shape " << shape << ", row " << r;
+        }
+      }
       for (Solver_Kernel kernel : Kernels()) {
         SCOPED_TRACE(testing::Message()
                      << "n = " << n << ", shape " << shape << ", kernel " << static_cast<int>(kernel));
