@@ -61,5 +61,34 @@ TEST(Mechanical_Temperature, UniformRiseInEachOutOfPlaneForm) {
   }
 }
 
+TEST(Mechanical_Moisture, ADropOfPotentialShrinksByTheHygralDilatation) {
+  // Plane stress, the potential falls by 0.2 with a hygral dilatation of 0.0015: a free plate
+  // shortens by 0.0003 of its length, a held one carries E 0.0003 = 9 MPa of tension.
+  const double beta = 0.0015, dh = -0.2;
+  for (const bool held : {false, true}) {
+    SCOPED_TRACE(held ? "held" : "free");
+    Material m = test::Elastic(E, nu);
+    m.Hygral_Dilatation = test::Constant_Property(beta);
+    Project p = test::Grid(4, 2, 1000, 100, m, 10);
+    test::Hold(p, 1, -90);
+    test::Hold(p, 1, 0);
+    for (int j = 0; j <= 2 && held; ++j) {
+      test::Hold(p, test::Node_Of(2, 0, j), 0);
+      test::Hold(p, test::Node_Of(2, 4, j), 0);
+    }
+    if (!held) test::Hold(p, test::Node_Of(2, 4, 0), -90);
+    test::Mechanical_Run r(p);
+    for (double& h : r.run.Moisture_New)
+      h += dh;
+    ASSERT_EQ(r.Step(p), Mechanical_Step::Converged) << r.message;
+    if (held) {
+      for (int e = 1; e <= p.Mesh_Element.count(); ++e)
+        EXPECT_NEAR(r.S(e, 2, 0), -E * beta * dh, 3e-3 * E * beta * -dh);
+    } else {
+      EXPECT_NEAR(r.U(test::Node_Of(2, 4, 2), 1), beta * dh * 1000, 1e-6 * 0.3);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace pvx
