@@ -256,6 +256,29 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
                         const Event_Pump& pump) {
   (void)t;
   const double mid = run.Mid_Step_Time;
+  // Most steps of most models have nothing wet and no water under pressure: no flow, and no
+  // system to build.
+  bool anything = false;
+  for (int k = 1; k <= p.Mesh_Element.count() && !anything; ++k) {
+    if (!Moisture_Element(p, run, k)) continue;
+    const Material& m = p.Material[run.Element_Material[k]];
+    if (!m.Saturated_Flow_Active) continue;
+    double h[4];
+    Corner_Values(run, p.Mesh_Element[k], run.Moisture_New, h);
+    anything = *std::max_element(h, h + 4) >= m.H_Limit - 0.001;
+  }
+  for (const Border& b : p.Mesh_Border)
+    if (!anything && Hygral_Border(p, b))
+      for (const Hygral_Period& h : b.Hygral_Periods)
+        if (h.From < mid && h.Until > mid) {
+          anything = h.Is_Water_Pressure != 0;
+          break;
+        }
+  if (!anything) {
+    std::fill(run.Saturated_Potential.begin(), run.Saturated_Potential.end(), 0.0);
+    return true;
+  }
+
   Table<double>& head = run.Right_Hand_Side;
   std::fill(run.Matrix.begin(), run.Matrix.end(), 0.0);
   std::fill(head.begin(), head.end(), 0.0);
@@ -324,6 +347,11 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
       }
       pin(node, value);
     }
+  }
+  // Nothing wet and no water under pressure: no flow, and no system to solve.
+  if (wet.empty() && std::find(marked.begin(), marked.end(), 1) == marked.end()) {
+    std::fill(run.Saturated_Potential.begin(), run.Saturated_Potential.end(), 0.0);
+    return true;
   }
   // Water leaves the saturated zone at the nodes of wet elements that are not full: head 0.
   for (const Wet& w : wet) {

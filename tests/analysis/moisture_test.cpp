@@ -242,6 +242,23 @@ TEST(Moisture_Run, ASealedSpecimenLosesPotentialByTheWaterHydrationBinds) {
   }
 }
 
+TEST(Moisture_Run, APointTakesThePotentialOfItsCornersByTheShapeFunctions) {
+  // An element with potential 1 on its left corners and 0.6 on its right ones (the second element's
+  // start), with no diffusion to speak of: point 1, by corner 1, holds the water of
+  // h = 0.622 x 1 + 0.167 x (0.6 + 1) + 0.044 x 0.6 = 0.9156, point 2 that of 0.6844.
+  Material m = Hygral(1e-12);
+  Project p = Strip(2, 100, m, 20);
+  p.Mesh_Element[2].Potential = 0.6f;
+  test::Set_Steps(p, 1, 1, 1);
+  const test::Result r = test::Run(p);
+  ASSERT_EQ(r.outcome, Run_Outcome::Completed);
+  const double expected[2] = {0.622 + 0.167 * 1.6 + 0.044 * 0.6, 0.622 * 0.6 + 0.167 * 1.6 + 0.044};
+  for (int i = 1; i <= 2; ++i)
+    EXPECT_NEAR(Point(r.run, 1, i).Water_New,
+                Isotherm_Water(m.W_C, m.Cement, m.Default_Hydration, 20, 0, m.H_Limit, expected[i - 1]), 1e-4)
+        << i;
+}
+
 TEST(Moisture_Run, WaterPressureOnAnElementNotYetCastDoesNothing) {
   // Two elements, the second cast at 50 hours, with water pressure on its far side from the start:
   // the same field as without the pressure.
