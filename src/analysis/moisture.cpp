@@ -4,23 +4,13 @@
 #include <cmath>
 #include <vector>
 
+#include "analysis/field_system.h"
 #include "analysis/thermal.h"
 #include "material/properties.h"
 
 namespace pvx {
 
 namespace {
-
-inline int Position(const Run_State& run, int r, int c) {
-  if (r > c) std::swap(r, c);
-  return run.Numbering.Column_Pointer[static_cast<std::size_t>(c)] - (c - r);
-}
-inline double& Diagonal(Run_State& run, int k) {
-  return run.Matrix[Position(run, k, k)];
-}
-inline int Equation(const Run_State& run, int node) {
-  return run.Numbering.Node_Equation[node];
-}
 
 // The values at the four points from the four corners, by the shape functions at the 2 x 2 points
 // rounded: 0.622 for the point's own corner, 0.167 for its two neighbours, 0.044 for the opposite.
@@ -32,30 +22,18 @@ void At_Points(const double corner[4], double point[4]) {
 
 void Corner_Values(const Run_State& run, const Mesh_Element& e, const Table<double>& field, double out[4]) {
   for (int n = 0; n < 4; ++n)
-    out[n] = field[Equation(run, e.Corner[n + 1])];
-}
-
-Element_Geometry Geometry(const Project& p, const Mesh_Element& e) {
-  Element_Geometry g;
-  for (int n = 0; n < 4; ++n) {
-    const Mesh_Node& node = p.Mesh_Node[e.Corner[n + 1]];
-    g.x[n] = node.X;
-    g.y[n] = node.Y;
-  }
-  g.axisymmetric = p.Out_Of_Plane.Axisymmetric != 0;
-  g.offset_radius = p.Out_Of_Plane.Offset_Radius;
-  return g;
+    out[n] = field[Node_Equation(run, e.Corner[n + 1])];
 }
 
 void Add_Element_Block(Run_State& run, const Mesh_Element& e, const Block10& a, double factor_b,
                        const Block10& b) {
   int eq[4];
   for (int n = 0; n < 4; ++n)
-    eq[n] = Equation(run, e.Corner[n + 1]);
+    eq[n] = Node_Equation(run, e.Corner[n + 1]);
   for (int i = 1; i <= 4; ++i)
     for (int j = i; j <= 4; ++j) {
       const int k = Block_Index(i, j);
-      run.Matrix[Position(run, eq[i - 1], eq[j - 1])] +=
+      run.Matrix[Profile_Position(run, eq[i - 1], eq[j - 1])] +=
           (i == j || eq[i - 1] != eq[j - 1] ? 1.0 : 2.0) * (a.v[k] + factor_b * b.v[k]);
     }
 }
@@ -66,15 +44,8 @@ const Hygral_Period* Hygral_Interval(const Border& b, double t) {
   return nullptr;
 }
 
-void Border_Side(const Project& p, const Border& b, double coefficient, double s[3]) {
-  const Mesh_Node& a = p.Mesh_Node[b.Node_A];
-  const Mesh_Node& c = p.Mesh_Node[b.Node_B];
-  Side_Matrix(a.X, a.Y, c.X, c.Y, p.Out_Of_Plane.Axisymmetric != 0, p.Out_Of_Plane.Offset_Radius, coefficient,
-              s);
-}
-
 bool Hygral_Border(const Project& p, const Border& b) {
-  return b.Hygral_Active != 0 && p.Mesh_Node.valid(b.Node_A) && p.Mesh_Node.valid(b.Node_B);
+  return b.Hygral_Active != 0 && Border_Nodes_Valid(p, b);
 }
 
 // The factor of the diffusion coefficient of a cracked point: the material's table of factor against
@@ -136,7 +107,7 @@ void Assemble_Moisture_System(const Project& p, Run_State& run, double dt, doubl
       }
     }
     Element_Matrix_Set& set = run.Element_Matrices[k];
-    Element_Thermal_Matrices(Geometry(p, e), ones, D, set.C, set.K, set.M);
+    Element_Thermal_Matrices(Geometry_Of(p, e), ones, D, set.C, set.K, set.M);
     Add_Element_Block(run, e, set.C, dt / 2, set.K);
   }
 
@@ -144,17 +115,17 @@ void Assemble_Moisture_System(const Project& p, Run_State& run, double dt, doubl
     if (!Hygral_Border(p, b)) continue;
     const Hygral_Period* period = Hygral_Interval(b, mid);
     if (!period || period->Is_Water_Pressure != 0) continue;
-    const int e1 = Equation(run, b.Node_A), e2 = Equation(run, b.Node_B);
-    if (!(Diagonal(run, e1) > 0) || !(Diagonal(run, e2) > 0)) continue;
+    const int e1 = Node_Equation(run, b.Node_A), e2 = Node_Equation(run, b.Node_B);
+    if (!(Profile_Diagonal(run, e1) > 0) || !(Profile_Diagonal(run, e2) > 0)) continue;
     double s[3];
     Border_Side(p, b, period->Transfer_Coefficient, s);
-    Diagonal(run, e1) += dt / 2 * s[0];
-    run.Matrix[Position(run, e1, e2)] += (e1 == e2 ? 2.0 : 1.0) * dt / 2 * s[1];
-    Diagonal(run, e2) += dt / 2 * s[2];
+    Profile_Diagonal(run, e1) += dt / 2 * s[0];
+    run.Matrix[Profile_Position(run, e1, e2)] += (e1 == e2 ? 2.0 : 1.0) * dt / 2 * s[1];
+    Profile_Diagonal(run, e2) += dt / 2 * s[2];
   }
 
   for (int k = 1; k <= run.Equations; ++k) {
-    double& d = Diagonal(run, k);
+    double& d = Profile_Diagonal(run, k);
     if (d <= 0) {
       d = 1.0;
       run.Moisture_Active[k] = 0;
@@ -177,7 +148,7 @@ void Set_Moisture_Load(const Project& p, Run_State& run, double dt, double t) {
     const Element_Matrix_Set& set = run.Element_Matrices[k];
     int eq[4];
     for (int n = 0; n < 4; ++n)
-      eq[n] = Equation(run, e.Corner[n + 1]);
+      eq[n] = Node_Equation(run, e.Corner[n + 1]);
 
     // The trapezoidal rule: (M - dt/2 D) h_old.
     Block10 explicit_block;
@@ -236,7 +207,7 @@ void Set_Moisture_Load(const Project& p, Run_State& run, double dt, double t) {
     if (!Hygral_Border(p, b)) continue;
     const Hygral_Period* period = Hygral_Interval(b, mid);
     if (!period || period->Is_Water_Pressure != 0) continue;
-    const int e1 = Equation(run, b.Node_A), e2 = Equation(run, b.Node_B);
+    const int e1 = Node_Equation(run, b.Node_A), e2 = Node_Equation(run, b.Node_B);
     if (run.Moisture_Active[e1] == 0 || run.Moisture_Active[e2] == 0) continue;
     double s[3];
     Border_Side(p, b, 1.0, s);
@@ -295,7 +266,7 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
   for (int k = 1; k <= p.Mesh_Element.count(); ++k) {
     if (!Moisture_Element(p, run, k)) continue;
     for (int n = 1; n <= 4; ++n)
-      present[static_cast<std::size_t>(Equation(run, p.Mesh_Element[k].Corner[n]))] = 1;
+      present[static_cast<std::size_t>(Node_Equation(run, p.Mesh_Element[k].Corner[n]))] = 1;
     const Material& m = p.Material[run.Element_Material[k]];
     if (!m.Saturated_Flow_Active) continue;
     const Mesh_Element& e = p.Mesh_Element[k];
@@ -309,20 +280,20 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
     const double k_sat[4] = {m.Saturated_Permeability, m.Saturated_Permeability, m.Saturated_Permeability,
                              m.Saturated_Permeability};
     Block10 C, K, M;
-    Element_Thermal_Matrices(Geometry(p, e), ones, k_sat, C, K, M);
+    Element_Thermal_Matrices(Geometry_Of(p, e), ones, k_sat, C, K, M);
     if (full == 4) Add_Element_Block(run, e, Block10{}, 1.0, K);
     wet.push_back(Wet{k, K});
   }
 
   // Water under pressure at a border: the head of its nodes held by a penalty; those nodes are full.
   auto pin = [&](int node, double value) {
-    const int k = Equation(run, node);
+    const int k = Node_Equation(run, node);
     if (marked[static_cast<std::size_t>(k)]) return;
     marked[static_cast<std::size_t>(k)] = 1;
-    const double d = Diagonal(run, k);
+    const double d = Profile_Diagonal(run, k);
     const double penalty = d != 0 ? 10000 * d : 10000;
     head[k] = value * penalty;
-    Diagonal(run, k) += penalty;
+    Profile_Diagonal(run, k) += penalty;
   };
   for (const Border& b : p.Mesh_Border) {
     if (!Hygral_Border(p, b)) continue;
@@ -333,14 +304,14 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
         break;
       }
     if (!period || period->Is_Water_Pressure == 0) continue;
-    if (!present[static_cast<std::size_t>(Equation(run, b.Node_A))] ||
-        !present[static_cast<std::size_t>(Equation(run, b.Node_B))])
+    if (!present[static_cast<std::size_t>(Node_Equation(run, b.Node_A))] ||
+        !present[static_cast<std::size_t>(Node_Equation(run, b.Node_B))])
       continue;
     for (const int node : {int(b.Node_A), int(b.Node_B)}) {
       const double value = period->Pressure_Kind == 2 ? p.Mesh_Node[node].Y / 1000 + period->Constant_Level
                                                       : Function_Value(p, Function_Family::Water_Pressure,
                                                                        period->Water_Pressure_Function, mid);
-      const int k = Equation(run, node);
+      const int k = Node_Equation(run, node);
       if (!marked[static_cast<std::size_t>(k)]) {
         run.Moisture_Old[k] = run.Saturation_Limit;
         run.Moisture_New[k] = run.Saturation_Limit;
@@ -358,16 +329,16 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
     const Material& m = p.Material[run.Element_Material[w.element]];
     const Mesh_Element& e = p.Mesh_Element[w.element];
     for (int n = 1; n <= 4; ++n)
-      if (run.Moisture_New[Equation(run, e.Corner[n])] < m.H_Limit - 0.001) pin(e.Corner[n], 0.0);
+      if (run.Moisture_New[Node_Equation(run, e.Corner[n])] < m.H_Limit - 0.001) pin(e.Corner[n], 0.0);
   }
   // A saturated zone that touches neither a pressure side nor a node that is not full has no flow:
   // a relative 1e-9 on every diagonal keeps its head at 0, where the system would be singular.
   for (int k = 1; k <= run.Equations; ++k)
-    if (!(Diagonal(run, k) > 0)) {
-      Diagonal(run, k) = 1.0;
+    if (!(Profile_Diagonal(run, k) > 0)) {
+      Profile_Diagonal(run, k) = 1.0;
       head[k] = 0;
     } else {
-      Diagonal(run, k) *= 1 + 1e-9;
+      Profile_Diagonal(run, k) *= 1 + 1e-9;
     }
 
   bool ok = true;
@@ -382,7 +353,7 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
     const int k = w.element;
     Array1<double, 4> phi, flow;
     for (int n = 0; n < 4; ++n)
-      phi.v[n] = run.Saturated_Potential[Equation(run, e.Corner[n + 1])];
+      phi.v[n] = run.Saturated_Potential[Node_Equation(run, e.Corner[n + 1])];
     Multiply_Symmetric(flow, w.K, phi);
     double Q = 0;
     for (double f : flow.v)
@@ -423,7 +394,7 @@ bool Set_Saturated_Flow(const Project& p, Run_State& run, double dt, double t, s
     const double room = 4 * m.H_Limit - corner_h;
     const double fraction = room != 0 ? (4 * target - corner_h) / room : 0.0;
     for (int n = 1; n <= 4; ++n) {
-      const int eq = Equation(run, e.Corner[n]);
+      const int eq = Node_Equation(run, e.Corner[n]);
       const double moved = run.Moisture_New[eq] + (m.H_Limit - run.Moisture_New[eq]) * fraction;
       run.Moisture_New[eq] = moved;
       run.Moisture_Old[eq] = moved;

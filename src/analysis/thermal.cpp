@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/cooling.h"
+#include "analysis/field_system.h"
 #include "design/time_function.h"
 #include "material/properties.h"
 
@@ -21,34 +22,9 @@ double Function_Value(const Project& p, Function_Family family, int number, doub
 
 namespace {
 
-// Position of entry (r, c) of the symmetric matrix in the packed upper triangle.
-inline int Position(const Run_State& run, int r, int c) {
-  if (r > c) std::swap(r, c);
-  return run.Numbering.Column_Pointer[static_cast<std::size_t>(c)] - (c - r);
-}
-inline double& Diagonal(Run_State& run, int k) {
-  return run.Matrix[Position(run, k, k)];
-}
-
-inline int Equation(const Run_State& run, int node) {
-  return run.Numbering.Node_Equation[node];
-}
-
 void Element_Equations(const Run_State& run, const Mesh_Element& e, int eq[4]) {
   for (int n = 0; n < 4; ++n)
-    eq[n] = Equation(run, e.Corner[n + 1]);
-}
-
-Element_Geometry Geometry_Of(const Project& p, const Mesh_Element& e) {
-  Element_Geometry g;
-  for (int n = 0; n < 4; ++n) {
-    const Mesh_Node& node = p.Mesh_Node[e.Corner[n + 1]];
-    g.x[n] = node.X;
-    g.y[n] = node.Y;
-  }
-  g.axisymmetric = p.Out_Of_Plane.Axisymmetric != 0;
-  g.offset_radius = p.Out_Of_Plane.Offset_Radius;
-  return g;
+    eq[n] = Node_Equation(run, e.Corner[n + 1]);
 }
 
 // Calls f(k, element, material, eq) for each element that takes part at the mid-step time and
@@ -71,17 +47,6 @@ const Thermal_Period* Interval_At(const Border& b, double t) {
   for (const Thermal_Period& period : b.Thermal_Periods)
     if (period.From <= t && period.Until >= t) return &period;
   return nullptr;
-}
-
-void Border_Side(const Project& p, const Border& b, double coefficient, double s[3]) {
-  const Mesh_Node& a = p.Mesh_Node[b.Node_A];
-  const Mesh_Node& c = p.Mesh_Node[b.Node_B];
-  Side_Matrix(a.X, a.Y, c.X, c.Y, p.Out_Of_Plane.Axisymmetric != 0, p.Out_Of_Plane.Offset_Radius, coefficient,
-              s);
-}
-
-bool Border_Nodes_Valid(const Project& p, const Border& b) {
-  return p.Mesh_Node.valid(b.Node_A) && p.Mesh_Node.valid(b.Node_B);
 }
 
 }  // namespace
@@ -109,7 +74,7 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
         for (int i = 1; i <= 4; ++i)
           for (int j = i; j <= 4; ++j) {
             const int b = Block_Index(i, j);
-            run.Matrix[Position(run, eq[i - 1], eq[j - 1])] +=
+            run.Matrix[Profile_Position(run, eq[i - 1], eq[j - 1])] +=
                 (i == j || eq[i - 1] != eq[j - 1] ? 1.0 : 2.0) * (set.C.v[b] + half * set.K.v[b]);
           }
       });
@@ -119,14 +84,14 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
     if (b.Thermal_Active == 0 || !Border_Nodes_Valid(p, b)) continue;
     const Thermal_Period* period = Interval_At(b, mid);
     if (!period) continue;
-    const int e1 = Equation(run, b.Node_A), e2 = Equation(run, b.Node_B);
-    if (Diagonal(run, e1) <= 0 || Diagonal(run, e2) <= 0) continue;
+    const int e1 = Node_Equation(run, b.Node_A), e2 = Node_Equation(run, b.Node_B);
+    if (Profile_Diagonal(run, e1) <= 0 || Profile_Diagonal(run, e2) <= 0) continue;
     if (period->Convection_On == 0) continue;
     double s[3];
     Border_Side(p, b, period->Convection_Coefficient, s);
-    Diagonal(run, e1) += half * s[0];
-    run.Matrix[Position(run, e1, e2)] += (e1 == e2 ? 2.0 : 1.0) * half * s[1];
-    Diagonal(run, e2) += half * s[2];
+    Profile_Diagonal(run, e1) += half * s[0];
+    run.Matrix[Profile_Position(run, e1, e2)] += (e1 == e2 ? 2.0 : 1.0) * half * s[1];
+    Profile_Diagonal(run, e2) += half * s[2];
   }
 
   // Prescribed nodes: the row is dominated by a penalty of 1000 times its diagonal. With several
@@ -134,11 +99,11 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
   for (const Prescribed_Node& node : p.Prescribed_Node) {
     if (!(node.From <= mid && node.Until >= mid) || !p.Mesh_Node.valid(node.Mesh_Node)) continue;
     const double T = Function_Value(p, Function_Family::Temperature, node.Temperature_Function, t);
-    const int k = Equation(run, node.Mesh_Node);
-    const double d = Diagonal(run, k);
+    const int k = Node_Equation(run, node.Mesh_Node);
+    const double d = Profile_Diagonal(run, k);
     if (d > 0) {
       run.Base_Load[k] = p.Prescribed_Penalty * d * T;
-      Diagonal(run, k) = d + p.Prescribed_Penalty * d;
+      Profile_Diagonal(run, k) = d + p.Prescribed_Penalty * d;
     }
   }
 
@@ -152,14 +117,14 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
     Element_Equations(run, e, eq);
     double d = 0;
     for (int i = 0; i < 4; ++i)
-      d = std::max(d, Diagonal(run, eq[i]));
+      d = std::max(d, Profile_Diagonal(run, eq[i]));
     if (d <= 0) continue;
     const double u = point.Local_X, v = point.Local_Y;
     const double w[4] = {(1 - u) * (1 - v), (1 - v) * u, u * v, (1 - u) * v};
     for (int i = 0; i < 4; ++i) {
       run.Base_Load[eq[i]] += p.Prescribed_Penalty * d * w[i] * T;
       for (int j = i; j < 4; ++j)
-        run.Matrix[Position(run, eq[i], eq[j])] +=
+        run.Matrix[Profile_Position(run, eq[i], eq[j])] +=
             (i == j || eq[i] != eq[j] ? 1.0 : 2.0) * p.Prescribed_Penalty * d * w[i] * w[j];
     }
   }
@@ -171,18 +136,18 @@ void Assemble_Thermal_System(const Project& p, Run_State& run, double dt, double
     const double E = half * Pipe_Side_Coefficient(c);
     for (int i = 1; i <= c.Pipe_Count; ++i)
       for (int j = 1; j <= 8; ++j) {
-        const int a = Equation(run, c.Pipe_Connection[i][j]);
-        const int b = Equation(run, c.Pipe_Connection[i][j % 8 + 1]);
-        if (Diagonal(run, a) <= 0 || Diagonal(run, b) <= 0) continue;
-        Diagonal(run, a) += E;
-        Diagonal(run, b) += E;
-        run.Matrix[Position(run, a, b)] += (a == b ? 2.0 : 1.0) * E / 2;
+        const int a = Node_Equation(run, c.Pipe_Connection[i][j]);
+        const int b = Node_Equation(run, c.Pipe_Connection[i][j % 8 + 1]);
+        if (Profile_Diagonal(run, a) <= 0 || Profile_Diagonal(run, b) <= 0) continue;
+        Profile_Diagonal(run, a) += E;
+        Profile_Diagonal(run, b) += E;
+        run.Matrix[Profile_Position(run, a, b)] += (a == b ? 2.0 : 1.0) * E / 2;
       }
   }
 
   // A node of no active element is decoupled with a unit diagonal and keeps its temperature.
   for (int k = 1; k <= run.Equations; ++k) {
-    double& d = Diagonal(run, k);
+    double& d = Profile_Diagonal(run, k);
     if (d <= 0) {
       d = 1.0;
       run.Active_Equation[k] = 0;
@@ -235,7 +200,7 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
     if (b.Thermal_Active == 0 || !Border_Nodes_Valid(p, b)) continue;
     const Thermal_Period* period = Interval_At(b, mid);
     if (!period) continue;
-    const int e1 = Equation(run, b.Node_A), e2 = Equation(run, b.Node_B);
+    const int e1 = Node_Equation(run, b.Node_A), e2 = Node_Equation(run, b.Node_B);
     if (run.Active_Equation[e1] == 0 || run.Active_Equation[e2] == 0) continue;
     double s[3];
     Border_Side(p, b, 1.0, s);
@@ -277,8 +242,8 @@ void Set_Thermal_Load(const Project& p, Run_State& run, double dt, double t) {
     for (int i = 1; i <= c.Pipe_Count; ++i) {
       const double s = implicit * new_water[i + 1] + explicit_weight * old_water[i + 1];
       for (int j = 1; j <= 8; ++j) {
-        const int a = Equation(run, c.Pipe_Connection[i][j]);
-        const int b = Equation(run, c.Pipe_Connection[i][j % 8 + 1]);
+        const int a = Node_Equation(run, c.Pipe_Connection[i][j]);
+        const int b = Node_Equation(run, c.Pipe_Connection[i][j % 8 + 1]);
         if (run.Active_Equation[a] == 0 || run.Active_Equation[b] == 0) continue;
         const double h1 = s - explicit_weight * run.Temperature_Old[a];
         const double h2 = s - explicit_weight * run.Temperature_Old[b];
