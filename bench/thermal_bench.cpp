@@ -58,28 +58,36 @@ pvx::Project Square_Section(int n) {
   return p;
 }
 
-void BM_Thermal_Run(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int steps = static_cast<int>(state.range(1));
-  pvx::Project p = Square_Section(n);
+// The section computed for `steps` hours in steps of an hour, once per benchmark iteration; the
+// run state of the last iteration is left in `last`. The family goes afterwards.
+void Run_Hours(benchmark::State& state, pvx::Project& p, int steps, pvx::Run_State& last) {
   p.Computation_Time = steps;
   p.Period.clear();
   p.Period.add(pvx::Period{0, static_cast<double>(steps), 1, 1});
+  pvx::Set_Result_Names(p);
   pvx::Analysis_Host host;
-  int passes = 0;
   for (auto _ : state) {
-    pvx::Run_State run;
+    last = pvx::Run_State{};
     std::string message;
-    pvx::Run_Analysis(p, run, host, "", message);
-    passes = run.Thermal_Passes;
+    if (pvx::Run_Analysis(p, last, host, "", message) != pvx::Run_Outcome::Completed) {
+      state.SkipWithError(message.c_str());
+      break;
+    }
   }
-  state.counters["elements"] = n * n;
-  state.counters["passes_last_step"] = passes;
-  for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP"}) {
+  for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP", ".COO"}) {
     std::error_code ec;
     std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext),
                             ec);
   }
+}
+
+void BM_Thermal_Run(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  pvx::Project p = Square_Section(n);
+  pvx::Run_State run;
+  Run_Hours(state, p, static_cast<int>(state.range(1)), run);
+  state.counters["elements"] = n * n;
+  state.counters["passes_last_step"] = run.Thermal_Passes;
 }
 BENCHMARK(BM_Thermal_Run)
     ->Args({32, 1})
@@ -96,11 +104,7 @@ BENCHMARK(BM_Thermal_Run)
 void BM_Cooled_Run(benchmark::State& state) {
   const int n = 158;
   const int circuits = static_cast<int>(state.range(0));
-  const int steps = static_cast<int>(state.range(1));
   pvx::Project p = Square_Section(n);
-  p.Computation_Time = steps;
-  p.Period.clear();
-  p.Period.add(pvx::Period{0, static_cast<double>(steps), 1, 1});
   p.Temperature_Functions[1].Constant_Value = 12;
   p.Flow_Functions[1].Constant_Value = 1;
   auto node = [n](int i, int j) { return static_cast<std::int16_t>(j * (n + 1) + i + 1); };
@@ -120,26 +124,11 @@ void BM_Cooled_Run(benchmark::State& state) {
     }
     p.Circuit.add(circuit);
   }
-  pvx::Set_Result_Names(p);
-  pvx::Analysis_Host host;
-  int passes = 0;
-  for (auto _ : state) {
-    pvx::Run_State run;
-    std::string message;
-    if (pvx::Run_Analysis(p, run, host, "", message) != pvx::Run_Outcome::Completed) {
-      state.SkipWithError(message.c_str());
-      break;
-    }
-    passes = run.Thermal_Passes;
-  }
+  pvx::Run_State run;
+  Run_Hours(state, p, static_cast<int>(state.range(1)), run);
   state.counters["elements"] = n * n;
   state.counters["sections"] = 20 * circuits;
-  state.counters["passes_last_step"] = passes;
-  for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP", ".COO"}) {
-    std::error_code ec;
-    std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext),
-                            ec);
-  }
+  state.counters["passes_last_step"] = run.Thermal_Passes;
 }
 BENCHMARK(BM_Cooled_Run)
     ->Args({0, 1})
@@ -154,11 +143,7 @@ BENCHMARK(BM_Cooled_Run)
 // difference of the runs of 1 and 9 steps over 8 is the time per step.
 void BM_Drying_Run(benchmark::State& state) {
   const int n = 158;
-  const int steps = static_cast<int>(state.range(0));
   pvx::Project p = Square_Section(n);
-  p.Computation_Time = steps;
-  p.Period.clear();
-  p.Period.add(pvx::Period{0, static_cast<double>(steps), 1, 1});
   pvx::Material& m = p.Material[1];
   m.Has_Hygral = true;
   m.W_C = 0.5;
@@ -177,27 +162,11 @@ void BM_Drying_Run(benchmark::State& state) {
     b.Hygral_Active = pvx::True_Flag;
     b.Hygral_Periods.add(pvx::Hygral_Period{0, 1000, 1, 1e-3});
   }
-  pvx::Set_Result_Names(p);
-  pvx::Analysis_Host host;
-  int solves = 0, factorisations = 0;
-  for (auto _ : state) {
-    pvx::Run_State run;
-    std::string message;
-    if (pvx::Run_Analysis(p, run, host, "", message) != pvx::Run_Outcome::Completed) {
-      state.SkipWithError(message.c_str());
-      break;
-    }
-    solves = run.Moisture_Solves;
-    factorisations = run.Moisture_Factorisations;
-  }
+  pvx::Run_State run;
+  Run_Hours(state, p, static_cast<int>(state.range(0)), run);
   state.counters["elements"] = n * n;
-  state.counters["moisture_solves_last_step"] = solves;
-  state.counters["factorisations_last_step"] = factorisations;
-  for (const char* ext : {".RES", ".REA", ".REB", ".REC", ".RED", ".REE", ".REF", ".REH", ".REP"}) {
-    std::error_code ec;
-    std::filesystem::remove(std::filesystem::temp_directory_path() / (std::string("pvx-bench-thermal") + ext),
-                            ec);
-  }
+  state.counters["moisture_solves_last_step"] = run.Moisture_Solves;
+  state.counters["factorisations_last_step"] = run.Moisture_Factorisations;
 }
 BENCHMARK(BM_Drying_Run)->Arg(1)->Arg(9)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
