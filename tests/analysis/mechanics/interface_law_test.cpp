@@ -102,6 +102,13 @@ TEST(Interface_Law, ShearOfAClosedJointFollowsCohesionAndFriction) {
           {-0.01, 0.08, -1, 100, (0.08 - plastic) * 50, plastic},
           {-0.01, -0.2, -1, 100, -(0.8 * 2 * 0.866025 + 0.577350), -0.2 + (1.6 * 0.866025 + 0.577350) / 50}});
   Follow(Type_B(), {{-0.01, 0.005, -1, 100, 0.25, 0}, {-0.01, 0.02, -1, 100, 0.6, 0.02 - 0.6 / 50}});
+
+  // A slip of half the limit halves the strength and its softening: ft' = 1, e0 = 0.01, e1 = 0.06,
+  // s1' = 0.25. Pressed, the joint slides at 0.86603 + 0.57735; then opened to 0.045 it holds
+  // 1 - 0.75 x 0.035 / 0.05 = 0.475, and shear up to 0.475 (0.86603 - 0.57735).
+  const double slid = 0.5 - (0.866025 + 0.577350) / 50, open_limit = 0.475 * (0.866025 - 0.577350);
+  Follow(Type_A(), {{-0.01, 0.5, -1, 100, 0.866025 + 0.577350, slid},
+                    {0.045, 0.5, 0.475, 0.475 / 0.045, open_limit, 0.5 - open_limit / 50}});
 }
 
 }  // namespace
