@@ -20,7 +20,7 @@ double Property(const Property_Table& table, double T, double M) {
   return table.Value.empty() ? 0.0 : Table_Value(table, T, M);
 }
 
-constexpr unsigned Element_Factor_Seed = 20261124;
+constexpr unsigned Element_Factor_Start = 20261124;
 
 // The places of an element's unknowns: its corners, then the out-of-plane unknowns.
 void Element_Places(const Mechanical_State& m, int element, int dofs, int places[Max_Element_Dofs]) {
@@ -280,13 +280,13 @@ void Set_Mechanical_Initial_State(const Project& p, Run_State& run) {
     s.Reaction = 0;
     s.Displacement = 0;
   }
-  // The element factors are drawn from one fixed seed: a run repeated gives the same cracks, and
-  // variants of one mesh differ by their data, not by their luck.
+  // The generator of the element factors always starts alike: a run repeated cracks where it
+  // cracked before, and variants of one mesh differ by their data, not by their luck.
   Table<const Material*> materials;
   materials.resize(p.Mesh_Element.count(), nullptr);
   for (int e = 1; e <= p.Mesh_Element.count(); ++e)
     materials[e] = Mechanical_Material(p, run, e);
-  Draw_Element_Factors(materials, Element_Factor_Seed, m.Strength_Factor, m.Volume_Factor);
+  Draw_Element_Factors(materials, Element_Factor_Start, m.Strength_Factor, m.Volume_Factor);
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
     if (!materials[e]) continue;
     const Softening& law = materials[e]->Softening_Law;

@@ -191,14 +191,14 @@ double Apply_EPFL_Damage(const Softening& law, double& ft, Mech_Point& point) {
   return factor;
 }
 
-void Draw_Element_Factors(const Table<const Material*>& element_material, unsigned seed,
+void Draw_Element_Factors(const Table<const Material*>& element_material, unsigned first_state,
                           Table<double>& strength_factor, Table<double>& volume_factor) {
   const int n = element_material.count();
   strength_factor.clear();
   strength_factor.resize(n, 1.0);
   volume_factor.clear();
   volume_factor.resize(n, 1.0);
-  std::mt19937 generator(seed);
+  std::mt19937 generator(first_state);
   std::uniform_real_distribution<double> uniform(0.0, 1.0);
   for (int e = 1; e <= n; ++e) {
     const Material* m = element_material[e];

@@ -54,9 +54,9 @@ double Apply_EPFL_Damage(const Softening& law, double& ft, Mech_Point& point);
 
 // The random factors of the elements at the start of a run: an element of a material with a
 // statistical variation v > 0 draws f = 2 v (r - 0.5) + 1 with r uniform in 0..1, once for its
-// strength and once for its characteristic volume; every other element keeps 1. The draw is the
-// same for the same seed, so that a run can be repeated.
-void Draw_Element_Factors(const Table<const Material*>& element_material, unsigned seed,
+// strength and once for its characteristic volume; every other element keeps 1. The generator
+// starts from `first_state`, so that the same start draws the same factors and a run can be repeated.
+void Draw_Element_Factors(const Table<const Material*>& element_material, unsigned first_state,
                           Table<double>& strength_factor, Table<double>& volume_factor);
 
 }  // namespace pvx
