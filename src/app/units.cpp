@@ -228,6 +228,12 @@ std::string Number_Format_Pattern(int decimals) {
   return "0." + std::string(static_cast<std::size_t>(decimals), '0');
 }
 
+std::string Format_Number_Trimmed(double value, int width, int decimals) {
+  const std::string text = Format_Number(value, width, decimals);
+  const auto first = text.find_first_not_of(' ');
+  return first == std::string::npos ? std::string() : text.substr(first);
+}
+
 std::string Format_Number(double value, int width, int decimals) {
   if (decimals < -5 || decimals > 10) return "";
   std::string text;

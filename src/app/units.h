@@ -31,6 +31,8 @@ std::string Normalize_Number(std::string_view text, bool decimal_comma);
 // integer, 1..10 fixed with that many decimals. The text is right-aligned in `width` characters;
 // a text longer than `width` gives "*"; decimals outside -5..10 give "".
 std::string Format_Number(double value, int width, int decimals);
+// The same text without the blanks that align it, for a label.
+std::string Format_Number_Trimmed(double value, int width, int decimals);
 
 // The pattern of Format_Number for a number of decimals, as the scales show it ("0.00e+00").
 std::string Number_Format_Pattern(int decimals);

@@ -9,11 +9,6 @@ namespace pvx {
 
 namespace {
 
-std::string Trimmed(const std::string& s) {
-  const auto first = s.find_first_not_of(' ');
-  return first == std::string::npos ? std::string() : s.substr(first);
-}
-
 // An amplitude is a difference of two values: of a temperature it takes the factor and not the
 // offset of the conversion.
 double To_Display(const Function_Session& s, int kind, double value, bool difference) {
@@ -98,8 +93,8 @@ bool Open_Function_Session(const Project& p, Function_Family family, int number,
 
 std::string Function_Value_Text(const Function_Session& s, Function_Value v) {
   const double value = Value_Of(s, v);
-  return Trimmed(
-      Format_Number(To_Display(s, Kind_Of(s, v), value, v == Function_Value::Amplitude), 40, Decimals_Of(v)));
+  return Format_Number_Trimmed(To_Display(s, Kind_Of(s, v), value, v == Function_Value::Amplitude), 40,
+                               Decimals_Of(v));
 }
 
 bool Enter_Function_Value(Function_Session& s, Function_Value v, std::string_view text,
@@ -116,7 +111,7 @@ std::string Point_Cell_Text(const Function_Session& s, int row, int column) {
   const Function& f = s.current;
   const double value = column == 1 ? To_Display(s, kinds.time_kind, f.Point_Time[row], false)
                                    : To_Display(s, kinds.value_kind, f.Point_Value[row], false);
-  return Trimmed(Format_Number(value, 40, 3));
+  return Format_Number_Trimmed(value, 40, 3);
 }
 
 bool Enter_Point_Cell(Function_Session& s, int row, int column, std::string_view text, std::string& message) {
@@ -259,7 +254,7 @@ void Plot_Function_Frame(Plot_Surface& surface, const Function_Session& s, doubl
   }
 
   const Function_Captions captions = Function_Family_Captions(s.family, s.metric);
-  auto number = [](double v) { return Trimmed(Format_Number(v, 12, std::abs(v) >= 1e5 ? -2 : 2)); };
+  auto number = [](double v) { return Format_Number_Trimmed(v, 12, std::abs(v) >= 1e5 ? -2 : 2); };
   surface.Text(4, top - 6, number(v_max), 8, black);
   surface.Text(4, bottom - 12, number(v_min), 8, black);
   surface.Text(left, bottom + 4, number(x_min), 8, black);

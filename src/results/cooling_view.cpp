@@ -30,11 +30,6 @@ inline constexpr double Circuit_Title_Y = 30;
 inline constexpr double Graph_Title_Above = 230;
 inline constexpr double Time_Caption_Below = 220;
 
-std::string Trimmed(const std::string& t) {
-  const auto first = t.find_first_not_of(' ');
-  return first == std::string::npos ? std::string() : t.substr(first);
-}
-
 // A point of a curve: time (hours) and value.
 struct Sample {
   double Time, Value;
@@ -101,11 +96,11 @@ void Plot_Graph(Plot_Surface& s, const Graph& g, double t0, double t1, double le
 
   s.Text(px(left), px(top - Graph_Title_Above), g.Title, Extremes_Size, Black);
   const double label_x = px(left - Label_Room + 50);
-  s.Text(label_x, px(top) - 6, Trimmed(Format_Number(hi, 12, g.Decimals)), Extremes_Size, Black);
+  s.Text(label_x, px(top) - 6, Format_Number_Trimmed(hi, 12, g.Decimals), Extremes_Size, Black);
   s.Text(label_x, px(top) + 10, g.Unit, Extremes_Size, Black);
-  s.Text(label_x, px(bottom) - 6, Trimmed(Format_Number(lo, 12, g.Decimals)), Extremes_Size, Black);
-  s.Text(px(left), px(bottom) + 3, Trimmed(Format_Number(t0, 12, 2)), Extremes_Size, Black);
-  s.Text(px(right) - 30, px(bottom) + 3, Trimmed(Format_Number(t1, 12, 2)), Extremes_Size, Black);
+  s.Text(label_x, px(bottom) - 6, Format_Number_Trimmed(lo, 12, g.Decimals), Extremes_Size, Black);
+  s.Text(px(left), px(bottom) + 3, Format_Number_Trimmed(t0, 12, 2), Extremes_Size, Black);
+  s.Text(px(right) - 30, px(bottom) + 3, Format_Number_Trimmed(t1, 12, 2), Extremes_Size, Black);
   s.Text(px(left + w / 2) - 35, px(bottom + Time_Caption_Below), Time_Axis_Caption, Extremes_Size, Black);
 }
 
