@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -89,13 +90,28 @@ inline void Add_Borders(Project& p, const Thermal_Period& period,
   }
 }
 
+// A border from mesh node a to b with one hygral period.
+inline void Add_Hygral_Border(Project& p, int a, int b, const Hygral_Period& period) {
+  Border br;
+  br.Node_A = static_cast<std::int16_t>(a);
+  br.Node_B = static_cast<std::int16_t>(b);
+  br.Hygral_Active = True_Flag;
+  br.Hygral_Periods.add(period);
+  p.Mesh_Border.add(br);
+}
+
 struct Result : Analysis_Host {
   Run_Outcome outcome{};
   Run_State run;
   std::vector<std::string> messages;
   int steps = 0, stop_after = -1;
+  double coldest = 1e9;  // the lowest temperature of any node at the end of any step
   void Show_Message(const std::string& text, Message_Kind) override { messages.push_back(text); }
-  void Report_Step(const Step_Report&) override { ++steps; }
+  void Report_Step(const Step_Report&) override {
+    ++steps;
+    for (int k = 1; k <= run.Equations; ++k)
+      coldest = std::min(coldest, run.Temperature_New[k]);
+  }
   bool Stop_Requested() override { return stop_after >= 0 && steps >= stop_after; }
   double T(int node) const { return run.Temperature_New[run.Numbering.Node_Equation[node]]; }
 };

@@ -48,7 +48,6 @@ TEST(Material_Variants, TheMeshMaterialsAreListedOnceAndEachRunNamesItsResults) 
   Unmark_All_Materials(p, w);
   Prepare_Runs(p, w.Replaced_Material);
   EXPECT_EQ(p.Run_Material, (Numbers{2}));
-  EXPECT_EQ(p.Result_Names, (std::vector<std::string>{"W.RES", "W.RES"}));
   // Without variants there is one run whatever is marked.
   p.Replace_Material = False_Flag;
   Mark_All_Materials(p, w);
@@ -69,7 +68,6 @@ TEST(Run_Preparation, TheReplacedMaterialIsTheWindowsChoiceOrElseTheFirstElement
   EXPECT_EQ(Replaced_Material_Of(p), 2);  // B, the first element's
   EXPECT_EQ(Prepare_Run_Variants(p), 2);
   EXPECT_EQ(p.Element_Replaced, (Flags{true, false, true, false, false}));
-  EXPECT_EQ(p.Result_Names, (std::vector<std::string>{"W.RES", "W.RES", "W2.RES"}));
   // C chosen in the window (only the fourth element) and no run marked: C as it stands, once.
   p.Element_Replaced = {false, false, false, true, false};
   p.Run_Material.clear();

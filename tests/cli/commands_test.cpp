@@ -51,12 +51,8 @@ TEST(Pvx_Run, TheExampleIsComputedOnItsScheduleAndItsSummaryPointsAtTheRecord) {
           fmt::format("variant 1/1: {0} of {0} steps, {1} storages in out/WALL.RES (", steps, storages), 0),
       0u)
       << run.out;
-  run = Pvx({"results", res, "--json"});
-  ASSERT_EQ(run.status, 0) << run.err;
-  const auto index = nlohmann::json::parse(run.out);
-  EXPECT_EQ(index["steps"], steps);
-  EXPECT_EQ(index["storages"], storages);
-  EXPECT_EQ(index["storage_times"].back(), p.Computation_Time);
+  EXPECT_EQ(nlohmann::json::parse(Pvx({"results", res, "--json"}).out)["storage_times"].back(),
+            p.Computation_Time);
 
   // The summary names the highest temperature of the run and, where that fell between storages,
   // the largest of the nearest stored step: the record of that step has its largest value, that
@@ -94,9 +90,6 @@ TEST(Pvx_Run, TheExampleIsComputedOnItsScheduleAndItsSummaryPointsAtTheRecord) {
   run = Pvx({"run", dir.file("BARE.PVX")});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, "The project has no mesh: make one first (pvx mesh --write).\n");
-  run = Pvx({"run", dir.file("NONE.PVX")});
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err.substr(0, 24), "File cannot be opened !\n");
 }
 
 // Ctrl-C acts as the stop button: the run ends at the top of a step with its files closed and
@@ -195,8 +188,6 @@ TEST(Pvx_Materials, ListsEveryMaterialWithItsKindAndHeatModelOrTheDatabasesFault
   run = Pvx({"materials", "--json", example});
   ASSERT_EQ(run.status, 0) << run.err;
   const nlohmann::json j = nlohmann::json::parse(run.out);
-  EXPECT_EQ(j["Material_Count"], 9);
-  EXPECT_EQ(j["Material_Color"][0], 200 + 200 * 256 + 200 * 65536);
   EXPECT_EQ(j["Material"][0]["Heat_a"], 0.06);  // a single shown as written
   EXPECT_EQ(j["Material"][1]["Isotherm_Table_Data"]["Value"].size(), 16u);
 

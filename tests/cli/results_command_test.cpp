@@ -23,26 +23,13 @@ class Two_Elements : public ::testing::Test {
   std::string project = dir.file("R.PVX"), res = dir.file("R.RES");
 };
 
-TEST_F(Two_Elements, TheIndexCountsStepsAndStoragesWithTheirExtremes) {
-  test::Pvx_Run run = Pvx({"results", res});
-  ASSERT_EQ(run.status, 0) << run.err;
-  for (const char* line : {"\nSteps:          2\n", "\nStorages:       2\n", "\nStorage times:  0 2\n"})
-    EXPECT_NE(run.out.find(line), std::string::npos) << line << run.out;
-  run = Pvx({"results", res, "--json", "--project", project, "--imperial"});
-  ASSERT_EQ(run.status, 0) << run.err;
-  const auto j = nlohmann::json::parse(run.out);
-  EXPECT_EQ(j["storages"], 2);
-  EXPECT_EQ(j["step_times"][1], 2.0);
-  ASSERT_EQ(j["extremes"].size(), 40u);
-  EXPECT_NEAR(j["extremes"][0]["period_max"].get<double>(), 28 * 1.8 + 32, 1e-4);  // oF
-  EXPECT_EQ(j["extremes"][0]["stored_index_of_max"], 2);
-}
-
-TEST_F(Two_Elements, ARecordIsTabledWhereItsValuesLie) {
-  // Node 2 at 22 oC is 71.6 oF at 3.937 in. Every node moves by (3, 4): 5 mm in all. The stresses
-  // (4, -2, 4) have their centre at 1 and radius sqrt(3^2 + 4^2) = 5: principal 6 and -4. Corner 2
-  // of element 2 (node 5) holds Szz 6 against a tensile strength of 75: 0.08.
+TEST_F(Two_Elements, TheIndexAndTheRecordsAreTabledWhereTheirValuesLie) {
+  // Without --var the index: its steps and storages with their times. Node 2 at 22 oC is 71.6 oF at
+  // 3.937 in. Every node moves by (3, 4): 5 mm in all. The stresses (4, -2, 4) have their centre at 1
+  // and radius sqrt(3^2 + 4^2) = 5: principal 6 and -4. Corner 2 of element 2 (node 5) holds Szz 6
+  // against a tensile strength of 75: 0.08.
   const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{}, "\nSteps:          2\nStep times:     1 2\nStorages:       2\nStorage times:  0 2\n"},
       {{"--var", "1", "--stored", "2", "--csv"},
        "node,x,y,value\n1,0,0,23\n2,100,0,24\n3,100,100,25\n4,0,100,26\n5,200,0,27\n6,200,100,28\n"},
       {{"--var", "1", "--imperial"}, "\n2,3.937,0,71.6\n"},
@@ -57,9 +44,14 @@ TEST_F(Two_Elements, ARecordIsTabledWhereItsValuesLie) {
     std::vector<std::string> arguments{"results", res, "--project", project};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const test::Pvx_Run run = Pvx(arguments);
-    EXPECT_EQ(run.status, 0) << options[1] << run.err;
-    EXPECT_NE(run.out.find(rows), std::string::npos) << options[1] << "\n" << run.out;
+    EXPECT_EQ(run.status, 0) << ::testing::PrintToString(options) << run.err;
+    EXPECT_NE(run.out.find(rows), std::string::npos) << ::testing::PrintToString(options) << "\n" << run.out;
   }
+  // The extremes in the index, here in degrees Fahrenheit, and where the maximum was stored.
+  const auto index = nlohmann::json::parse(Pvx({"results", res, "--json", "--imperial"}).out);
+  ASSERT_EQ(index["extremes"].size(), 40u);
+  EXPECT_NEAR(index["extremes"][0]["period_max"].get<double>(), 28 * 1.8 + 32, 1e-4);
+  EXPECT_EQ(index["extremes"][0]["stored_index_of_max"], 2);
   // The points of element 1 lie at 50 (1 -+ 1/sqrt 3), those of element 2 100 further; point 3 of
   // element 2 at (150 + 50/sqrt 3, 50 + 50/sqrt 3). Without --project the project beside the
   // family that names it gives the mesh.

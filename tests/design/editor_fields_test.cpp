@@ -135,7 +135,7 @@ TEST(EditorFields, EveryTypedFieldLandsInTheMemberItsCaptionNames) {
 }
 
 // The rich project's border 1 has two thermal periods, the first with a coefficient of 5.5; its
-// macro 1 is at 13.5 oC and its circuit has pipes of 28 mm.
+// macro 1 is at 13.5 oC.
 TEST(EditorEntry, WhatFollowsFromTheFieldsIsDerivedAtApplyOnlyAndRefusalsKeepTheOldValue) {
   Project p = test::Rich_Project();
   std::tie(p.Line_Load[1].Is_Function, p.Line_Load[1].Is_Level) = std::tuple(False_Flag, True_Flag);
@@ -233,14 +233,12 @@ TEST(EditorEntry, WhatFollowsFromTheFieldsIsDerivedAtApplyOnlyAndRefusalsKeepThe
             std::tuple(False_Flag, True_Flag, 0.9));
   EXPECT_EQ(p.Border[1].Thermal_Periods[2].Radiation_On, False_Flag);
 
-  // Temperatures convert with their offset: 13.5 oC is 56.3 oF, 212 oF is 100 oC; 28 mm are 1.102 in.
+  // Temperatures convert with their offset: 13.5 oC is 56.3 oF, 212 oF is 100 oC.
   p.Metric_Units = False_Flag;
   s = Open(p, Editor_Kind::MacroProp, 1);
   EXPECT_EQ(Field_Text(s, Field_Of(s, "Temperature [oF]")), "56.30");
   ASSERT_TRUE(Type(s, p, "Temperature [oF]", "212"));
   EXPECT_NEAR(s.copy.Macro.Temperature, 100.0, 1e-5);
-  s = Open(p, Editor_Kind::Circuit, 1);
-  EXPECT_EQ(Field_Text(s, Field_Of(s, "Diameter pipes [in]:")), "1.102");
   // The hygral transfer coefficient acts in m/h: 2.5e-9 m/h are 2.734e-9 yd/h.
   s = Open(p, Editor_Kind::BorH, 1);
   EXPECT_EQ(Field_Text(s, Field_Of(s, "Transfer coefficient [yd/h]:")), "2.734e-09");

@@ -10,7 +10,6 @@
 #include <QTimer>
 #include <algorithm>
 
-#include "app/shell_input.h"
 #include "form_fixture.h"
 #include "frm_change_work_dir.h"
 #include "frm_diag.h"
@@ -33,9 +32,9 @@ struct Desk {
   mdiPVX window{host, store, dir.path().string()};
   mdiPVX& w = window;
 
-  explicit Desk(bool open_by_command_line = false) {
+  Desk() {
     host.answers = {Answer::Yes};  // the proposed default database
-    window.Start(false, open_by_command_line ? Quoted_Command_Line(project) : "");
+    window.Start(false, "");
     window.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
   }
@@ -61,8 +60,6 @@ const Keys Computed_Keys = {
 
 TEST(MainWindow, StartsEmptyThenOpensTheExampleAndFallsBackWhenItsResultsAreMissing) {
   Desk desk;
-  const std::string database = desk.dir.file("PVX-Concrete.txt");
-  EXPECT_EQ(desk.host.questions, Keys{"Default Database = " + database + ". Is this correct ?"});
   EXPECT_EQ(desk.Buttons(), (Keys{"Open", "Quit", "Project_information", "Design_Panel"}));
   test::Take_Screenshot(desk.w, "main_window_start");
 
@@ -83,30 +80,19 @@ TEST(MainWindow, StartsEmptyThenOpensTheExampleAndFallsBackWhenItsResultsAreMiss
   EXPECT_EQ(desk.Label("lblState"), "Design");
   desk.Trigger("Project_information");
   test::Take_Screenshot(desk.w, "main_window_example");
-  desk.Trigger("mnuHelpWorkflow");
-  QTextBrowser* help = desk.w.Help_Window();
-  EXPECT_TRUE(help->toPlainText().contains("Runtime settings"));
-  test::Take_Screenshot(*help, "help");
-  help->close();
-}
 
-TEST(MainWindow, TheCommandLineOpensAProjectWhoseDescriptionSaveAsWritesToAFileThatReadsBackEqual) {
-  Desk desk(true);
+  // A description typed and cancelled shows the old one again; applied and saved under a new name
+  // it reads back with the rest of the project.
   Project& p = desk.w.project();
-  ASSERT_TRUE(desk.host.messages.empty()) << desk.host.messages[0];
-  EXPECT_EQ(p.Project_File, desk.project);
-  const std::string before = p.Project_Text[0];
-  desk.Trigger("Project_information");
   auto* form = qobject_cast<frmProj*>(desk.w.Shown_Form());
   ASSERT_NE(form, nullptr);
+  const std::string before = p.Project_Text[0];
   test::Type(form->Text1[0], "Tunnel wall, pour 3");
   QTest::mouseClick(form->cmdCancel, Qt::LeftButton);
   EXPECT_EQ(p.Project_Text[0], before);
   EXPECT_EQ(form->Text1[0]->text().toStdString(), before);
   test::Type(form->Text1[0], "Tunnel wall, pour 3");
-  test::Type(form->Text1[3], "C35/45");
   QTest::mouseClick(form->cmdApply, Qt::LeftButton);
-
   const std::string copy = desk.dir.file("COPY.PVX");
   desk.host.files = {copy};
   desk.Trigger("mnuProject_4");
@@ -116,20 +102,23 @@ TEST(MainWindow, TheCommandLineOpensAProjectWhoseDescriptionSaveAsWritesToAFileT
   Read_Report report;
   ASSERT_EQ(Load_Project(copy, desk.dir.path().string(), back, report), Load_Result::Loaded) << report.detail;
   EXPECT_EQ(back.Project_Text[0], "Tunnel wall, pour 3");
-  EXPECT_EQ(back.Project_Text[3], "C35/45");
   back.Project_Saved = p.Project_Saved;  // a read counts as not saved until the next save
   EXPECT_TRUE(back == p);
-  // The new name heads the recent list, and Save keeps it without asking.
-  EXPECT_EQ(desk.Action("mnuRecent1")->text().toStdString(), "&1 " + copy);
+  // Save keeps the name without asking. Apply without a change leaves the project saved; a changed
+  // line makes it unsaved again.
   desk.host.chooser_titles.clear();
   desk.Trigger("mnuProject_3");
   EXPECT_TRUE(desk.host.chooser_titles.empty());
-  // Apply without a change leaves the project saved; a changed line makes it unsaved again.
   QTest::mouseClick(form->cmdApply, Qt::LeftButton);
   EXPECT_EQ(p.Project_Saved, True_Flag);
   QTest::keyClicks(form->Text1[2], "!");
   QTest::mouseClick(form->cmdApply, Qt::LeftButton);
   EXPECT_EQ(p.Project_Saved, False_Flag);
+  desk.Trigger("mnuHelpWorkflow");
+  QTextBrowser* help = desk.w.Help_Window();
+  EXPECT_TRUE(help->toPlainText().contains("Runtime settings"));
+  test::Take_Screenshot(*help, "help");
+  help->close();
 }
 
 TEST(MainWindow, TheSettingsAreKeptAndNewExitAndTheRecentListAskFirst) {
@@ -160,7 +149,6 @@ TEST(MainWindow, TheSettingsAreKeptAndNewExitAndTheRecentListAskFirst) {
   const std::string& chosen = desk.w.shell().Work_Directory;
   EXPECT_EQ(fs::path(chosen), work.path());
   EXPECT_EQ(fs::path(test::Read_Text(desk.dir.file("workdir.tmp")).substr(0, chosen.size())), work.path());
-  EXPECT_EQ(desk.Label("lblWorkDirectory").remove(QChar(0x200B)).toStdString(), chosen);
 
   desk.Open_Example();  // and so to the head of the recent list
   desk.host.questions.clear();
@@ -215,9 +203,8 @@ TEST(MainWindow, CommandsAndClosingAreRefusedWhileAComputationRuns) {
   ASSERT_TRUE(tried);
   EXPECT_TRUE(visible_after_close);
   EXPECT_EQ(desk.host.messages, Keys(3, Run_In_Progress_Message));
-  EXPECT_EQ(desk.host.files.size(), 1u);  // no file chooser came up
-  EXPECT_EQ(desk.w.Shown_Form(), diag);   // the run window stayed in view
-  EXPECT_EQ(desk.w.project().Project_File, desk.project);
+  EXPECT_EQ(desk.host.files.size(), 1u);     // no file chooser came up
+  EXPECT_EQ(desk.w.Shown_Form(), diag);      // the run window stayed in view
   EXPECT_EQ(desk.Buttons(), Computed_Keys);  // the run ended and wrote its results
   // After the run the same commands work again.
   desk.host.messages.clear();

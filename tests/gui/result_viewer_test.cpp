@@ -1,6 +1,6 @@
 // The result viewer on the example computed by the run window: the picture and the value at the
-// pointer against the stored values read apart from the form, the tabs, the stepping, jumps and
-// movie against the index, the scale boxes and the history points.
+// pointer against the stored values read apart from the form, the scale boxes, the tabs, and the
+// stepping, jumps and movie against the index.
 #include "frm_res.h"
 
 #include <gtest/gtest.h>
@@ -53,12 +53,12 @@ struct Viewer : test::Form_Fixture {
     form->Form_Shown();
     return form->Is_Open();
   }
-  std::string Path(const std::string& name) const { return Example().dir.file(name); }
   // The index and a record read apart from the form.
   Run_Index Index() const {
     Run_Index index;
     std::string message;
-    EXPECT_TRUE(Read_Run_Index_File(Path("WALL.RES"), project.File_Version, false, index, message))
+    EXPECT_TRUE(
+        Read_Run_Index_File(Example().dir.file("WALL.RES"), project.File_Version, false, index, message))
         << message;
     return index;
   }
@@ -89,12 +89,6 @@ struct Viewer : test::Form_Fixture {
     return (y - a) / (b - a);
   }
   std::string Time_Label() const { return form->A->Label_Title->text().toStdString(); }
-  void Centre(int element, double& cx, double& cy) const {
-    double x[4], y[4];
-    ASSERT_TRUE(Element_Corners(project, element, x, y));
-    cx = (x[0] + x[1] + x[2] + x[3]) / 4;
-    cy = (y[0] + y[1] + y[2] + y[3]) / 4;
-  }
 };
 
 QColor Qt_Colour(Plot_Colour c) {
@@ -129,11 +123,11 @@ TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
   const Project& p = f.project;
   int checked = 0;
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
-    double x[4], y[4], centre = 0, cx, cy;
+    double x[4], y[4], centre = 0;
     ASSERT_TRUE(Element_Corners(p, e, x, y));
     for (int c = 0; c < 4; ++c)
       centre += buffers.Node[p.Mesh_Element[e].Corner[c + 1]] / 4.0;
-    f.Centre(e, cx, cy);
+    const double cx = (x[0] + x[1] + x[2] + x[3]) / 4, cy = (y[0] + y[1] + y[2] + y[3]) / 4;
     const int band = Clear_Band(centre, lo, hi);
     const double width =
         std::fabs(f.Pixel_X(x[1]) - f.Pixel_X(x[0])) + std::fabs(f.Pixel_X(x[2]) - f.Pixel_X(x[1]));
@@ -163,6 +157,25 @@ TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
   w.Hover_At(2, 2);
   EXPECT_FALSE(w.Reading_Shown());
   EXPECT_TRUE(w.A->lblScal->text().isEmpty());
+
+  // A maximum below the minimum is refused and the old one shows again; one far above every value
+  // puts the whole picture in the lower bands.
+  const Result_Page* page = w.Page_Of(1);
+  ASSERT_NE(page, nullptr);
+  const QString old_maximum = page->Scale_Maximum->text();
+  test::Type(page->Scale_Maximum, QString::number(lo - 1));
+  EXPECT_EQ(f.host.messages, std::vector<std::string>{"Max =< Min"});
+  EXPECT_EQ(page->Scale_Maximum->text(), old_maximum);
+  test::Type(page->Scale_Maximum, QString::number(hi + 100 * (hi - lo), 'g', 17));
+  const QImage flat = w.Picture_Widget()->grab().toImage();
+  int top_pixels = 0, low_pixels = 0;
+  for (int y = 0; y < flat.height() - 60; ++y)  // above the scale bar
+    for (int x = 0; x < flat.width(); ++x) {
+      top_pixels += flat.pixelColor(x, y) == Qt_Colour(ScaleColours[Scale_Band_Count]);
+      low_pixels += flat.pixelColor(x, y) == Qt_Colour(ScaleColours[1]);
+    }
+  EXPECT_EQ(top_pixels, 0);
+  EXPECT_GT(low_pixels, 1000);
 
   // The tab "Maturity" opens on its "Arrhenious" page: variable 2 at the same stored step.
   QTabWidget* root = w.B->SSTab1;
@@ -208,14 +221,9 @@ TEST(frmRes, StepsJumpsAndTheMovieFollowTheIndex) {
   w.Toolbar_Click("Movie");
   w.Movie_Frame_Observer = nullptr;
   EXPECT_EQ(frames, (std::vector<int>{1, 2}));
-  EXPECT_FALSE(w.Tool("Movie")->isChecked());
   EXPECT_EQ(w.State().CurrentStored, 2);
   EXPECT_EQ(f.Time_Label(), Distribution_Title_At(1, index.Storage_Time[2]));
   EXPECT_EQ(w.State().Buffers.Node, f.Read(1, 2).Node);  // the record of the step shown
-  w.Toolbar_Click("Forward");
-  EXPECT_EQ(w.State().CurrentStored, 3);
-  w.Toolbar_Click("Backward");
-  EXPECT_EQ(w.State().CurrentStored, 2);
 
   w.Toolbar_Click("Maximum");
   EXPECT_EQ(w.State().CurrentStored, std::clamp<int>(index.Extremes[1].StoredIndexOfMax, 1, count));
@@ -232,63 +240,6 @@ TEST(frmRes, StepsJumpsAndTheMovieFollowTheIndex) {
   w.Toolbar_Click("Specific");
   EXPECT_EQ(w.A->List_Times->currentRow(), count - 1);
   EXPECT_EQ(w.A->List_Times->item(1)->text().toStdString(), Format_Number(index.Storage_Time[2], 14, 6));
-}
-
-TEST(frmRes, TheScaleIsEditedWithinItsOrderAndHistoryPointsArePickedImportedAndReset) {
-  Viewer f;
-  ASSERT_TRUE(f.Open());
-  frmRes& w = *f.form;
-  const Result_Page* page = w.Page_Of(1);
-  ASSERT_NE(page, nullptr);
-  const double lo = w.State().Index.Extremes[1].ScaleMin, hi = w.State().Index.Extremes[1].ScaleMax;
-  const QString old_text = page->Scale_Minimum->text();
-  test::Type(page->Scale_Minimum, QString::number(hi + 5));
-  EXPECT_EQ(f.host.messages, std::vector<std::string>{"Min >= Max"});
-  EXPECT_EQ(page->Scale_Minimum->text(), old_text);
-  test::Type(page->Scale_Maximum, QString::number(lo - 1));
-  EXPECT_EQ(f.host.messages.back(), "Max =< Min");
-
-  // A taken maximum far above every value: the whole picture falls in the lower bands.
-  test::Type(page->Scale_Maximum, QString::number(hi + 100 * (hi - lo), 'g', 17));
-  EXPECT_EQ(f.host.messages.size(), 2u);
-  EXPECT_DOUBLE_EQ(w.State().Index.Extremes[1].ScaleMax, hi + 100 * (hi - lo));
-  const QImage image = w.Picture_Widget()->grab().toImage();
-  int top_pixels = 0, low_pixels = 0;
-  for (int y = 0; y < image.height() - 60; ++y)  // above the scale bar
-    for (int x = 0; x < image.width(); ++x) {
-      top_pixels += image.pixelColor(x, y) == Qt_Colour(ScaleColours[Scale_Band_Count]);
-      low_pixels += image.pixelColor(x, y) == Qt_Colour(ScaleColours[1]);
-    }
-  EXPECT_EQ(top_pixels, 0);
-  EXPECT_GT(low_pixels, 1000);
-
-  // "History1" down: a click inside an element adds a point there, with the mapped position.
-  const Project& p = f.project;
-  const int element = p.Mesh_Element.count() / 2, last = p.Mesh_Element.count();
-  double cx, cy, lx, ly;
-  f.Centre(element, cx, cy);
-  f.Centre(last, lx, ly);
-  w.Toolbar_Click("History1");
-  w.Click_At(f.Pixel_X(cx), f.Pixel_Y(cy));
-  ASSERT_EQ(w.State().HistoryPoints.count(), 1);
-  EXPECT_EQ(w.State().HistoryPoints[1].Element, element);
-  EXPECT_NEAR(w.State().HistoryPoints[1].X, cx, 1e-6 * (1 + std::fabs(cx)));
-  EXPECT_NEAR(w.State().HistoryPoints[1].Y, cy, 1e-6 * (1 + std::fabs(cy)));
-
-  // Points read from a file land in the elements that hold them; one in no element is dropped.
-  const std::string path = f.Path("points.txt");
-  test::Write_Text(path, "2\n1 " + std::to_string(lx) + " " + std::to_string(ly) + "\n2 -99999 -99999\n");
-  f.host.files = {path};
-  w.Toolbar_Click("ImportPoints");
-  ASSERT_EQ(w.State().HistoryPoints.count(), 2);
-  EXPECT_EQ(w.State().HistoryPoints[2].Element, last);
-  EXPECT_NEAR(w.State().HistoryPoints[2].X, lx, 1e-3);
-
-  // "Reset" asks, and Yes drops the points.
-  f.host.answers = {Answer::Yes};
-  w.Toolbar_Click("Reset");
-  EXPECT_EQ(f.host.questions, std::vector<std::string>{Reset_Points_Question});
-  EXPECT_EQ(w.State().HistoryPoints.count(), 0);
 }
 
 }  // namespace

@@ -154,18 +154,5 @@ TEST(Isotherm_Table_Water, TrilinearInsideFirstValuesBelowExtrapolatedAbove) {
   EXPECT_DOUBLE_EQ(Isotherm_Table_Water(0.50000025, 20, 1.0, s), 100);
 }
 
-TEST(Multiply_Symmetric, MultipliesTheUpperTriangleAsAFullMatrix) {
-  const double b[4][4] = {{1, 2, 3, 4}, {2, 5, 6, 7}, {3, 6, 8, 9}, {4, 7, 9, 10}}, v[4] = {1, -1, 2, 0.5};
-  Array1<double, 10> block;
-  Array1<double, 4> x, r;
-  for (int i = 1; i <= 10; ++i)
-    block[i] = i;
-  for (int i = 1; i <= 4; ++i)
-    x[i] = v[i - 1];
-  Multiply_Symmetric(r, block, x);
-  for (int i = 0; i < 4; ++i)
-    EXPECT_DOUBLE_EQ(r[i + 1], b[i][0] * v[0] + b[i][1] * v[1] + b[i][2] * v[2] + b[i][3] * v[3]);
-}
-
 }  // namespace
 }  // namespace pvx

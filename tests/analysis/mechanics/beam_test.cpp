@@ -11,10 +11,7 @@ double Tip_Deflection_Ratio(int nx, int ny, bool constant_shear) {
   const double L = 2000, h = 200, t = 100, E = 30000, P = 10000;
   Project p = test::Grid(nx, ny, L, h, test::Elastic(E, 0), t);
   p.Constant_Shear = As_Flag(constant_shear);
-  for (int j = 0; j <= ny; ++j) {
-    test::Hold(p, test::Node_Of(ny, 0, j), 0);
-    test::Hold(p, test::Node_Of(ny, 0, j), -90);
-  }
+  test::Hold_Column(p, ny, 0, {0, -90});
   for (int j = 0; j < ny; ++j)
     test::Line_Load(p, test::Node_Of(ny, nx, j), test::Node_Of(ny, nx, j + 1), P / (h * t), -90, t);
   test::Mechanical_Run r(p);

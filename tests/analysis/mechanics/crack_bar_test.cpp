@@ -49,10 +49,8 @@ Bar_Result Cool_Bar(Curve curve, int nx, double cooling) {
   const double a = L / nx;
   Project p = test::Grid(nx, 1, L, a, Softening_Concrete(curve), t);
   test::Hold(p, 1, -90);
-  for (int j = 0; j <= 1; ++j) {
-    test::Hold(p, test::Node_Of(1, 0, j), 0);
-    test::Hold(p, test::Node_Of(1, nx, j), 0);
-  }
+  test::Hold_Column(p, 1, 0, {0});
+  test::Hold_Column(p, 1, nx, {0});
   test::Mechanical_Run r(p);
   Run_State& run = r.run;
   run.Mechanical_Iteration_Limit = 500;

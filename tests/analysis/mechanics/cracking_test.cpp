@@ -133,7 +133,10 @@ TEST(Cracking, ElementFactorsAreUniformAndRepeatable) {
   for (const Table<double>* t : {&fs, &fv}) {
     const auto [low, high] = std::minmax_element(t->begin(), t->begin() + n);
     EXPECT_TRUE(*low >= 0.9 && *high <= 1.1);
-    EXPECT_NEAR(std::accumulate(t->begin(), t->begin() + n, 0.0) / n, 1, 3 * 0.1 / std::sqrt(3.0 * n));
+    const double mean = std::accumulate(t->begin(), t->begin() + n, 0.0) / n;
+    const double square = std::inner_product(t->begin(), t->begin() + n, t->begin(), 0.0) / n;
+    EXPECT_NEAR(mean, 1, 3 * 0.1 / std::sqrt(3.0 * n));
+    EXPECT_NEAR(std::sqrt(square - mean * mean), 0.1 / std::sqrt(3.0), 3e-3);
     EXPECT_TRUE((*t)[n + 1] == 1 && (*t)[n + 2] == 1 && (*t)[n + 3] == 1);
     const auto [wide_low, wide_high] = std::minmax_element(t->begin() + n + 3, t->end());
     EXPECT_TRUE(*wide_low > 0.01 - 1e-12 && *wide_high < 1.99 + 1e-12);

@@ -87,6 +87,7 @@ TEST(Interface_Law, TensionOpensAlongTheSofteningCurveAndUnloadsOnTheSecant) {
   // most 0.6 x 1e-3 MPa, so it slides back to 0.0006 / 50 short of 0.
   Follow(Type_A(0), {{0.01, 0, 0, 0, 0, 0}});
   Follow(Type_B(), {{0.01, 0.003, 0, 0, 0, 0.003}, {1e-5, 0, 1e-3, 100, -0.0006, 0.0006 / 50}});
+  Follow(Type_B(), {{2e-5, 0, 0, -1, 0, 0}});  // just past contact: open
 }
 
 TEST(Interface_Law, ShearOfAClosedJointFollowsCohesionAndFriction) {

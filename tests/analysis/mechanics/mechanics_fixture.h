@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <string>
 
 #include "analysis/driver.h"
@@ -77,6 +78,12 @@ inline Support& Hold(Project& p, int node, double angle) {
   s.Angle = angle;
   p.Mesh_Support.add(s);
   return p.Mesh_Support.last();
+}
+// Every node of column i of a grid with ny elements across, held along each of `angles`.
+inline void Hold_Column(Project& p, int ny, int i, std::initializer_list<double> angles) {
+  for (int j = 0; j <= ny; ++j)
+    for (const double angle : angles)
+      Hold(p, Node_Of(ny, i, j), angle);
 }
 inline void Prescribe(Project& p, Support& s, double displacement) {
   Function f = Default_Function(Function_Family::Displacement);

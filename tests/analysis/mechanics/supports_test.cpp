@@ -143,44 +143,40 @@ TEST(Mechanical_Supports, PrescribedDisplacementReachesETimesStrain) {
 }
 
 // An iteration that cannot converge (the limits are negative) asks at the limit of 5 iterations;
-// a yes counts on from 3, so it asks again after two more, and a no stops the run.
-TEST(Mechanical_Iteration, AsksAtTheLimitAndStopsWhenRefused) {
-  Project p = test::Grid(1, 1, 100, 100, test::Elastic(30000, 0.25), 10);
-  test::Hold(p, 1, 0);
-  test::Hold(p, 1, -90);
-  test::Hold(p, 3, -90);
-  Recorder host;
-  host.yes = 1;
-  test::Mechanical_Run r(p, &host);
-  r.run.Mechanical_Iteration_Limit = 5;
-  for (double& limit : r.run.Mechanical_Limits)
-    limit = -1;
-  EXPECT_EQ(r.Step(p, 10), Mechanical_Step::Refused);
-  EXPECT_EQ(host.asked, (std::vector<int>{5, 5}));
-  EXPECT_EQ(r.run.Mechanics.Iterations, 4 + 2);
-  EXPECT_TRUE(r.run.Stop_Computations);
-}
-
-// A single element held at two nodes of one side can turn about them: a mechanism, which the solver
-// meets as a zero pivot.
-TEST(Mechanical_Iteration, MechanismMeetsAZeroPivot) {
-  Project p = test::Grid(1, 1, 100, 100, test::Elastic(30000, 0.25), 10);
-  test::Hold(p, 1, 0);
-  test::Hold(p, 1, -90);
-  test::Hold(p, 2, -90);
-  test::Mechanical_Run r(p);
-  EXPECT_EQ(r.Step(p, 10), Mechanical_Step::Singular);
-  EXPECT_EQ(r.message, Zero_Pivot_Message);
+// a yes counts on from 3, so it asks again after two more, and a no stops the run. Held at two
+// nodes of one side instead, the element can turn about them: a mechanism, which the solver meets
+// as a zero pivot before anything is asked.
+TEST(Mechanical_Iteration, AsksAtTheLimitAndStopsWhenRefusedOrMeetsAMechanism) {
+  for (const bool mechanism : {false, true}) {
+    SCOPED_TRACE(mechanism ? "mechanism" : "held at the bottom");
+    Project p = test::Grid(1, 1, 100, 100, test::Elastic(30000, 0.25), 10);
+    test::Hold(p, 1, 0);
+    test::Hold(p, 1, -90);
+    test::Hold(p, mechanism ? 2 : 3, -90);
+    Recorder host;
+    host.yes = 1;
+    test::Mechanical_Run r(p, &host);
+    r.run.Mechanical_Iteration_Limit = 5;
+    for (double& limit : r.run.Mechanical_Limits)
+      limit = -1;
+    if (mechanism) {
+      EXPECT_EQ(r.Step(p, 10), Mechanical_Step::Singular);
+      EXPECT_EQ(r.message, Zero_Pivot_Message);
+      EXPECT_TRUE(host.asked.empty());
+      continue;
+    }
+    EXPECT_EQ(r.Step(p, 10), Mechanical_Step::Refused);
+    EXPECT_EQ(host.asked, (std::vector<int>{5, 5}));
+    EXPECT_EQ(r.run.Mechanics.Iterations, 4 + 2);
+    EXPECT_TRUE(r.run.Stop_Computations);
+  }
 }
 
 // A material of E = 0.001 MPa under 1 kN moves by kilometres: the run stops with its message.
 TEST(Mechanical_Iteration, DisplacementLimitStopsTheRun) {
   test::Temp_Dir dir;
   Project p = test::Grid(2, 1, 1000, 100, test::Elastic(0.001, 0.25), 10);
-  for (int j = 0; j <= 1; ++j) {
-    test::Hold(p, test::Node_Of(1, 0, j), 0);
-    test::Hold(p, test::Node_Of(1, 0, j), -90);
-  }
+  test::Hold_Column(p, 1, 0, {0, -90});
   test::Line_Load(p, test::Node_Of(1, 2, 0), test::Node_Of(1, 2, 1), 1, 0, 10);
   Run_State run;
   run.Mechanical_Included = true;
