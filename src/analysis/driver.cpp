@@ -175,10 +175,22 @@ void Report_Mechanical_Warnings(const Project& p, const Run_State& run,
     warn(
         "No support holds the model: the displacements of a free body are not determined, and its "
         "mechanical iteration may not converge.");
-  if (!p.Mesh_Interface.empty() || !p.Mesh_Rebar.empty())
-    warn(
-        "Interfaces and reinforcement bars are not part of this version of the mechanical analysis: the "
-        "elements on both sides of an interface stay joined, and bars carry nothing.");
+  // Joints and bars that are left out.
+  int joints = 0, first_joint = 0;
+  for (int i = 1; i <= run.Mechanics.Interfaces.count(); ++i)
+    if (!run.Mechanics.Interfaces[i].Active && ++joints == 1) first_joint = i;
+  if (joints > 0)
+    warn(std::to_string(joints) + " interface(s) take no part in the mechanical analysis (interface " +
+         std::to_string(first_joint) + " first): a layer material that is no interface material of the " +
+         "database, a side without an element on both sides, or a side of no length. The elements on " +
+         "both sides stay joined there.");
+  std::vector<int> bars_told;
+  for (const Bar_Element& b : run.Mechanics.Bars)
+    if (b.Material == 0 && std::find(bars_told.begin(), bars_told.end(), b.Bar) == bars_told.end()) {
+      bars_told.push_back(b.Bar);
+      warn("Reinforcement bar " + std::to_string(b.Bar) + " has the material \"" + p.Rebar[b.Bar].Material +
+           "\", which is no reinforcement material of the database: it carries nothing.");
+    }
 }
 
 }  // namespace
@@ -235,7 +247,7 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
   f.Compressive_Strength = run.Out_Compressive;
   if (run.Mechanical_Included) {
     Mechanical_State& m = run.Mechanics;
-    for (int node = 1; node <= p.Mesh_Node.count(); ++node) {
+    for (int node = 1; node <= p.Mesh_Node.count() + m.Doubled_Nodes; ++node) {
       const auto at = static_cast<std::size_t>(2 * (node - 1));
       m.Out_Displacement[at] = m.Total[Place(m, 2 * node - 1)];
       m.Out_Displacement[at + 1] = m.Total[Place(m, 2 * node)];
@@ -249,6 +261,19 @@ Field_Values Current_Fields(const Project& p, Run_State& run) {
     }
     for (int i = 1; i <= m.Supports.count(); ++i)
       m.Out_Reaction[static_cast<std::size_t>(i - 1)] = m.Supports[i].Reaction;
+    for (int i = 1; i <= m.Interfaces.count(); ++i) {
+      const Interface_Element& f = m.Interfaces[i];
+      double* out = &m.Out_Interface[static_cast<std::size_t>(4 * (i - 1))];
+      out[0] = f.Point[0].Sigma, out[1] = f.Point[1].Sigma;
+      out[2] = f.Point[0].Tau, out[3] = f.Point[1].Tau;
+    }
+    for (int i = 1; i <= m.Bars.count(); ++i) {
+      const Bar_Element& b = m.Bars[i];
+      double* out = &m.Out_Bar[static_cast<std::size_t>(5 * (i - 1))];
+      out[0] = b.Steel.Stress;
+      out[1] = b.End[0].Bond.Stress, out[2] = b.End[1].Bond.Stress;
+      out[3] = b.End[0].Slip, out[4] = b.End[1].Slip;
+    }
     f.Displacement = m.Out_Displacement;
     f.Corner_Stress = m.Out_Corner_Stress;
     f.Crack_Opening = m.Out_Crack_Opening;
@@ -383,6 +408,11 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
   const std::string circuits = Check_Circuits(p);
   if (!circuits.empty()) {
     report(circuits, Message_Kind::Critical);
+    return Run_Outcome::Failed;
+  }
+  // The joints' node copies and the bar elements belong to the mesh the results are stored on.
+  if (run.Mechanical_Included && !Set_Mechanical_Mesh(p, message)) {
+    report(message, Message_Kind::Critical);
     return Run_Outcome::Failed;
   }
   Allocate_Solution_Arrays(p, run, host);

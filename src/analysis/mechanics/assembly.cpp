@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <utility>
 
 #include "analysis/mechanics/cracking.h"
@@ -81,6 +82,26 @@ Point_Conditions Conditions_Of(const Material& material, const Run_State& run, c
   return c;
 }
 
+// A bar element takes part while its window is open and, bonded, while its host does.
+bool Bar_In_Play(const Project& p, const Run_State& run, const Bar_Element& b) {
+  if (b.Material == 0 || !(b.From <= run.Mid_Step_Time && run.Mid_Step_Time < b.Until)) return false;
+  return !b.Bonded() || Active_Material(p, run, b.Host) != nullptr;
+}
+
+template <class Record>
+void Places_Of(const Mechanical_State& m, const Record& r, int count, int* places) {
+  for (int i = 0; i < count; ++i)
+    places[i] = Place(m, r.Dof[i + 1]);
+}
+
+// Adds a square block over places to the upper profile.
+template <int N>
+void Add_Block(Mechanical_State& m, const int* places, int count, const double (&K)[N][N]) {
+  for (int i = 0; i < count; ++i)
+    for (int j = 0; j < count; ++j)
+      if (places[i] <= places[j]) m.Matrix[Profile_Entry(m, places[i], places[j])] += K[i][j];
+}
+
 // ---- Numbering ------------------------------------------------------------------------------------
 
 // Each list ordered by ascending degree of its entries: a selection sort in which the first of equal
@@ -131,7 +152,33 @@ std::vector<std::int32_t> Reversed_Cuthill_McKee(const std::vector<std::vector<s
   return number;
 }
 
-void Set_Support_Equations(const Project& p, Mechanical_State& m) {
+// The equations of the side from mesh node a to mesh node b as the element along it has them, so
+// that a side beyond a joint takes the copies of its nodes; the mesh nodes' own where no element
+// runs along it.
+void Side_Dofs(const Side_Index& sides, const Mechanical_State& m, int a, int b, std::int32_t dof[4]) {
+  int e = 0, side = 0, na = a, nb = b;
+  if (sides.Find(a, b, e, side)) {
+    na = Corner_Node(m, e, side);
+    nb = Corner_Node(m, e, side % 4 + 1);
+  } else if (sides.Find(b, a, e, side)) {
+    nb = Corner_Node(m, e, side);
+    na = Corner_Node(m, e, side % 4 + 1);
+  }
+  dof[0] = 2 * na - 1, dof[1] = 2 * na, dof[2] = 2 * nb - 1, dof[3] = 2 * nb;
+}
+
+// A support that no node, side or element took, on the end of a bar element within the mouse
+// radius (taken as mm) in x and in y: the first bar, end 1 before end 2.
+int Bar_Node_At(const Project& p, const Mechanical_State& m, double x, double y) {
+  const double r = p.Mouse_Radius;
+  for (const Bar_Element& b : m.Bars) {
+    if (std::fabs(b.X1 - x) <= r && std::fabs(b.Y1 - y) <= r) return b.Node[0];
+    if (std::fabs(b.X2 - x) <= r && std::fabs(b.Y2 - y) <= r) return b.Node[1];
+  }
+  return 0;
+}
+
+void Set_Support_Equations(const Project& p, const Side_Index& sides, Mechanical_State& m) {
   m.Supports.clear();
   const int nodes = p.Mesh_Node.count();
   for (const Support& s : p.Mesh_Support) {
@@ -142,8 +189,10 @@ void Set_Support_Equations(const Project& p, Mechanical_State& m) {
     };
     if (s.Node_A >= 1 && s.Node_A <= nodes && s.Node_B >= 1 && s.Node_B <= nodes) {
       st.Kind = Support_Kind::Side;
-      add_node(s.Node_A);
-      add_node(s.Node_B);
+      std::int32_t dof[4];
+      Side_Dofs(sides, m, s.Node_A, s.Node_B, dof);
+      for (const std::int32_t q : dof)
+        st.Dof[++st.Dof_Count] = q;
     } else if (p.Mesh_Element.valid(s.Element)) {
       st.Kind = Support_Kind::Element;
       for (int i = 1; i <= Element_Corner_Dofs; ++i)
@@ -152,9 +201,50 @@ void Set_Support_Equations(const Project& p, Mechanical_State& m) {
     } else if (s.Node_A >= 1 && s.Node_A <= nodes) {
       st.Kind = Support_Kind::Node;
       add_node(s.Node_A);
+    } else if (const int bar_node = Bar_Node_At(p, m, s.X, s.Y); bar_node != 0) {
+      st.Kind = Support_Kind::Node;
+      add_node(bar_node);
     }
     m.Supports.add(st);
   }
+  m.Load_Dof.clear();
+  for (const Load& load : p.Mesh_Load) {
+    Array1<std::int32_t, 4> dof;
+    if (load.Node_A >= 1 && load.Node_A <= nodes && load.Node_B >= 1 && load.Node_B <= nodes) {
+      std::int32_t q[4];
+      Side_Dofs(sides, m, load.Node_A, load.Node_B, q);
+      for (int i = 1; i <= 4; ++i)
+        dof[i] = q[i - 1];
+    }
+    m.Load_Dof.add(dof);
+  }
+}
+
+// The unknowns of the mesh: each element's corners, the copies along the joints, the bar nodes.
+bool Number_Mesh_Unknowns(const Project& p, const Side_Index& sides, Mechanical_State& m,
+                          std::string& message) {
+  const int elements = p.Mesh_Element.count();
+  m.Doubled_Nodes = 0;
+  m.Element_Dof.resize(elements);
+  for (int e = 1; e <= elements; ++e)
+    for (int c = 1; c <= 4; ++c) {
+      const int node = p.Mesh_Element[e].Corner[c];
+      m.Element_Dof[e][2 * c - 1] = 2 * node - 1;
+      m.Element_Dof[e][2 * c] = 2 * node;
+    }
+  Set_Interface_Nodes(p, sides, m);
+  return Set_Reinforcement_Elements(p, m, message);
+}
+
+// Adds every pair of a group of equations to their adjacency lists.
+void Add_Group(std::vector<std::vector<std::int32_t>>& adjacency, const std::int32_t* dof, int count) {
+  for (int i = 0; i < count; ++i)
+    for (int j = 0; j < count; ++j) {
+      const int a = dof[i], b = dof[j];
+      if (a == b || a < 1 || b < 1) continue;
+      auto& list = adjacency[static_cast<std::size_t>(a)];
+      if (std::find(list.begin(), list.end(), b) == list.end()) list.push_back(b);
+    }
 }
 
 }  // namespace
@@ -171,27 +261,37 @@ double Mechanical_Maturity(const Material& m, const Point_State& s, bool end_of_
   return end_of_step ? s.Maturity_New : s.Maturity_Old;
 }
 
+bool Set_Mechanical_Mesh(Project& p, std::string& message) {
+  Mechanical_State m;
+  const Side_Index sides(p);
+  if (!Number_Mesh_Unknowns(p, sides, m, message)) return false;
+  p.Doubled_Node_Count = m.Doubled_Nodes;
+  p.Mesh_Rebar.clear();
+  for (const Bar_Element& b : m.Bars)
+    p.Mesh_Rebar.add(Mesh_Rebar_Of(p, b));
+  for (int i = 1; i <= p.Mesh_Interface.count(); ++i)
+    p.Mesh_Interface[i].Active = As_Flag(m.Interfaces[i].Active);
+  return true;
+}
+
 void Set_Mechanical_Equations(const Project& p, Mechanical_State& m, const Event_Pump& pump) {
-  const int nodes = p.Mesh_Node.count();
   const int elements = p.Mesh_Element.count();
+  m.Out_Of_Plane_Unknowns = Section_Of(p).Form == Section_Form::Generalised_Plane_Strain;
+  const Side_Index sides(p);
+  std::string ignored;  // a run refuses too many bar elements before it numbers
+  Number_Mesh_Unknowns(p, sides, m, ignored);
+  Set_Support_Equations(p, sides, m);
+  const int nodes = p.Mesh_Node.count() + m.Doubled_Nodes;
   const int n = 2 * nodes;
   m.Node_Equations = n;
-  m.Out_Of_Plane_Unknowns = Section_Of(p).Form == Section_Form::Generalised_Plane_Strain;
-  m.Element_Dof.resize(elements);
-  for (int e = 1; e <= elements; ++e)
-    for (int c = 1; c <= 4; ++c) {
-      const int node = p.Mesh_Element[e].Corner[c];
-      m.Element_Dof[e][2 * c - 1] = 2 * node - 1;
-      m.Element_Dof[e][2 * c] = 2 * node;
-    }
-  Set_Support_Equations(p, m);
 
   // The equations that share an element, in element order and within an element in the order of
-  // its unknowns; then those that share a support, so that no support term falls outside the profile.
+  // its unknowns; then those that share a joint, a bar element or a support, so that none of their
+  // terms falls outside the profile.
   std::vector<std::vector<std::int32_t>> node_elements(static_cast<std::size_t>(nodes) + 1);
   for (int e = 1; e <= elements; ++e)
     for (int c = 1; c <= 4; ++c) {
-      const int node = p.Mesh_Element[e].Corner[c];
+      const int node = Corner_Node(m, e, c);
       if (node < 1 || node > nodes) continue;
       auto& list = node_elements[static_cast<std::size_t>(node)];
       if (list.empty() || list.back() != e) list.push_back(e);
@@ -209,13 +309,12 @@ void Set_Mechanical_Equations(const Project& p, Mechanical_State& m, const Event
       }
     if (pump) pump();
   }
+  for (const Interface_Element& f : m.Interfaces)
+    if (f.Active) Add_Group(adjacency, f.Dof.begin(), 8);
+  for (const Bar_Element& b : m.Bars)
+    Add_Group(adjacency, b.Dof.begin(), b.Dof_Count());
   for (const Support_State& st : m.Supports)
-    for (int i = 1; i <= st.Dof_Count; ++i)
-      for (int j = 1; j <= st.Dof_Count; ++j) {
-        const int a = st.Dof[i], b = st.Dof[j];
-        auto& list = adjacency[static_cast<std::size_t>(a)];
-        if (a != b && std::find(list.begin(), list.end(), b) == list.end()) list.push_back(b);
-      }
+    Add_Group(adjacency, st.Dof.begin(), st.Dof_Count);
   Sort_By_Degree(adjacency);
   const std::vector<std::int32_t> number = Reversed_Cuthill_McKee(adjacency, n);
 
@@ -259,13 +358,13 @@ void Allocate_Mechanical_Arrays(const Project& p, Mechanical_State& m) {
   m.Strength_Factor.resize(elements, 1.0);
   m.Volume_Factor.resize(elements, 1.0);
   const auto size = [](std::int64_t n) { return static_cast<std::size_t>(std::max<std::int64_t>(n, 0)); };
-  m.Out_Displacement.assign(size(2 * (std::int64_t{p.Mesh_Node.count()} + p.Doubled_Node_Count)), 0.0);
+  m.Out_Displacement.assign(size(2 * (std::int64_t{p.Mesh_Node.count()} + m.Doubled_Nodes)), 0.0);
   m.Out_Corner_Stress.assign(size(16 * std::int64_t{elements}), 0.0);
   m.Out_Crack_Opening.assign(size(4 * std::int64_t{elements}), 0.0);
   m.Out_Cracked.assign(size(4 * std::int64_t{elements}), 0);
   m.Out_Reaction.assign(size(p.Mesh_Support.count()), 0.0);
-  m.Out_Interface.assign(size(4 * std::int64_t{p.Mesh_Interface.count()}), 0.0);
-  m.Out_Bar.assign(size(5 * std::int64_t{p.Mesh_Rebar.count()}), 0.0);
+  m.Out_Interface.assign(size(4 * std::int64_t{m.Interfaces.count()}), 0.0);
+  m.Out_Bar.assign(size(5 * std::int64_t{m.Bars.count()}), 0.0);
 }
 
 void Set_Mechanical_Initial_State(const Project& p, Run_State& run) {
@@ -295,6 +394,29 @@ void Set_Mechanical_Initial_State(const Project& p, Run_State& run) {
       point.Softening = Is_Softening(*materials[e]);
       point.Char_Volume = law.Lvol_Active ? law.Lvol * m.Volume_Factor[e] : 0.0;
     }
+  }
+  // Joints start closed and bars unstrained, each with the tangent of its law at rest.
+  for (Interface_Element& f : m.Interfaces) {
+    for (Interface_Point& point : f.Point) {
+      point = Interface_Point{};
+      if (f.Active) Interface_Point_Update(p.Material[f.Material], 0, 0, point);
+    }
+  }
+  for (Bar_Element& b : m.Bars) {
+    b.Steel = Bar_Steel_State{};
+    b.Started = false;
+    b.Reference_Axial = b.Reference_Transverse = 0;
+    b.Free_Strain_Start = b.Free_Strain = 0;
+    b.Axial_Strain = b.Transverse_Strain = b.Mechanical_Strain = 0;
+    for (Bar_End_State& end : b.End) {
+      end.Bond = Bar_Bond_State{};
+      end.Slip = end.Dowel = end.Dowel_Stress = end.Reference_Slip = end.Reference_Dowel = 0;
+    }
+    if (b.Material == 0) continue;
+    const Material& material = p.Material[b.Material];
+    Bar_Steel_Stress(material, 0, b.Steel);
+    for (Bar_End_State& end : b.End)
+      Bar_Bond_Stress(material, 0, end.Bond);
   }
   m.Iterations = 0;
   Update_Mechanical_End_Of_Step(p, run);
@@ -332,6 +454,14 @@ void Assemble_Mechanical_Stiffness(const Project& p, Run_State& run, double dt) 
   const int dofs = Element_Dof_Count(section);
   const bool plane_stress = section.Form == Section_Form::Plane_Stress;
   const float now = static_cast<float>(run.Mid_Step_Time);
+  for (const Interface_Element& f : m.Interfaces) {
+    if (!f.Active) continue;
+    int places[8];
+    Places_Of(m, f, 8, places);
+    double K[8][8];
+    Interface_Stiffness(f, K);
+    Add_Block(m, places, 8, K);
+  }
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
     const Material* material = Active_Material(p, run, e);
     if (!material) continue;
@@ -372,6 +502,20 @@ void Assemble_Mechanical_Stiffness(const Project& p, Run_State& run, double dt) 
     // The weight of a point goes down at the corner of its number.
     for (int k = 0; k < 4; ++k)
       m.External[places[2 * k + 1]] -= weight_of_point[k];
+  }
+  for (Bar_Element& b : m.Bars) {
+    if (!Bar_In_Play(p, run, b)) continue;
+    int places[12];
+    Places_Of(m, b, b.Dof_Count(), places);
+    if (!b.Started) {
+      double u[12] = {};
+      for (int i = 0; i < b.Dof_Count(); ++i)
+        u[i] = m.Start[places[i]];
+      Start_Bar(b, u);
+    }
+    double K[12][12];
+    Bar_Stiffness(b, K);
+    Add_Block(m, places, b.Dof_Count(), K);
   }
 }
 
@@ -429,6 +573,30 @@ void Compute_Element_Stresses(const Project& p, Run_State& run, double dt) {
       }
     }
   }
+  for (Interface_Element& f : m.Interfaces) {
+    if (!f.Active) continue;
+    int places[8];
+    Places_Of(m, f, 8, places);
+    double u[8], F[8];
+    for (int i = 0; i < 8; ++i)
+      u[i] = m.Total[places[i]];
+    Interface_Stresses(p.Material[f.Material], f, u, F);
+    for (int i = 0; i < 8; ++i)
+      m.Internal[places[i]] += F[i];
+  }
+  for (Bar_Element& b : m.Bars) {
+    if (!Bar_In_Play(p, run, b)) continue;
+    int places[12];
+    Places_Of(m, b, b.Dof_Count(), places);
+    double u[12] = {}, F[12];
+    for (int i = 0; i < b.Dof_Count(); ++i)
+      u[i] = m.Total[places[i]];
+    Corner_Fields host{};
+    if (b.Bonded()) host = Corner_Fields_Of(run, p.Mesh_Element[b.Host]);
+    Bar_Stresses(p.Material[b.Material], b, u, host.T0, host.T1, F);
+    for (int i = 0; i < b.Dof_Count(); ++i)
+      m.Internal[places[i]] += F[i];
+  }
 }
 
 void Compute_Nodal_Stresses(const Project& p, Run_State& run, bool per_element) {
@@ -438,13 +606,13 @@ void Compute_Nodal_Stresses(const Project& p, Run_State& run, bool per_element) 
   std::vector<int> count;
   std::vector<char> active(static_cast<std::size_t>(elements) + 1, 0);
   if (!per_element) {
-    sum.assign(static_cast<std::size_t>(p.Mesh_Node.count()) + 1, Components{});
+    sum.assign(static_cast<std::size_t>(p.Mesh_Node.count() + m.Doubled_Nodes) + 1, Components{});
     count.assign(sum.size(), 0);
     for (int e = 1; e <= elements; ++e) {
       if (!Active_Material(p, run, e)) continue;
       active[static_cast<std::size_t>(e)] = 1;
       for (int c = 1; c <= 4; ++c) {
-        const auto node = static_cast<std::size_t>(p.Mesh_Element[e].Corner[c]);
+        const auto node = static_cast<std::size_t>(Corner_Node(m, e, c));
         for (std::size_t i = 0; i < 4; ++i)
           sum[node][i] += Mech(m, e, c).Stress[0][i];
         ++count[node];
@@ -453,7 +621,7 @@ void Compute_Nodal_Stresses(const Project& p, Run_State& run, bool per_element) 
   }
   for (int e = 1; e <= elements; ++e)
     for (int c = 1; c <= 4; ++c) {
-      const auto node = static_cast<std::size_t>(p.Mesh_Element[e].Corner[c]);
+      const auto node = per_element ? 0 : static_cast<std::size_t>(Corner_Node(m, e, c));
       const bool averaged = !per_element && active[static_cast<std::size_t>(e)] && count[node] > 0;
       for (std::size_t i = 0; i < 4; ++i)
         m.Out_Corner_Stress[static_cast<std::size_t>(16 * (e - 1) + 4 * (c - 1)) + i] =
@@ -465,6 +633,11 @@ void Update_Mechanical_End_Of_Step(const Project& p, Run_State& run) {
   Mechanical_State& m = run.Mechanics;
   m.Start = m.Total;
   std::fill(m.Step.begin(), m.Step.end(), 0.0);
+  for (Interface_Element& f : m.Interfaces)
+    for (Interface_Point& point : f.Point)
+      Interface_End_Of_Step(point);
+  for (Bar_Element& b : m.Bars)
+    Roll_Bar_Element(b);
   for (int e = 1; e <= p.Mesh_Element.count(); ++e) {
     const Material* material = Mechanical_Material(p, run, e);
     if (!material) continue;

@@ -19,6 +19,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "analysis/mechanics/bar_element.h"
+#include "analysis/mechanics/interface_element.h"
 #include "app/table.h"
 
 namespace pvx {
@@ -72,12 +74,16 @@ struct Support_State {
 };
 
 struct Mechanical_State {
-  // Numbering.
-  int Node_Equations = 0;  // 2 x mesh nodes
+  // Numbering. Nodes behind the mesh nodes: the copies made along the joints, then the bar nodes.
+  int Doubled_Nodes = 0;
+  int Node_Equations = 0;  // 2 x (mesh nodes + Doubled_Nodes)
   int Equations = 0;       // and the three out-of-plane unknowns when there are any
   bool Out_Of_Plane_Unknowns = false;
   Table<Array1<std::int32_t, 8>> Element_Dof;  // per element: x, y of corner 1 to 4
   Table<Support_State> Supports;               // one per mesh support
+  Table<Array1<std::int32_t, 4>> Load_Dof;     // per mesh load: x, y of its side's two nodes
+  Table<Interface_Element> Interfaces;         // one per mesh interface
+  Table<Bar_Element> Bars;                     // the bars cut at the mesh
   Table<std::int32_t> Renumber;                // equation -> place in the profile
   std::vector<std::int32_t> Column_Pointer;    // 0..Equations, as for the solver
   std::int32_t Profile_Size = 0;
@@ -107,6 +113,11 @@ inline Mech_Point& Mech(Mechanical_State& m, int element, int point) {
 }
 inline const Mech_Point& Mech(const Mechanical_State& m, int element, int point) {
   return m.Points[static_cast<std::size_t>(4 * (element - 1) + point)];
+}
+
+// The node that corner c of element e stands on: its mesh node, or the copy made along a joint.
+inline int Corner_Node(const Mechanical_State& m, int e, int c) {
+  return m.Element_Dof[e][2 * c] / 2;
 }
 
 // The place of equation q in the profile.

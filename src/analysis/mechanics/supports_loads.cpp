@@ -122,7 +122,8 @@ void Set_External_Loads(const Project& p, Run_State& run, double t) {
     m.External[Place(m, 2 * node)] += share * s;
   };
 
-  for (const Load& load : p.Mesh_Load) {
+  for (int i = 1; i <= p.Mesh_Load.count(); ++i) {
+    const Load& load = p.Mesh_Load[i];
     if (!(load.Present_From <= t && t < load.Until)) continue;
     if (!Valid_Node(p, load.Node_A) || !Valid_Node(p, load.Node_B)) continue;
     const Mesh_Node& a = p.Mesh_Node[load.Node_A];
@@ -148,13 +149,19 @@ void Set_External_Loads(const Project& p, Run_State& run, double t) {
     } else {
       force = load.Value * length * thickness;
     }
+    // The side's nodes as the element along it has them: beyond a joint, the copies.
+    const Array1<std::int32_t, 4>& dof = m.Load_Dof[i];
+    auto add_side = [&](int end, double share) {
+      m.External[Place(m, dof[2 * end + 1])] += share * c;
+      m.External[Place(m, dof[2 * end + 2])] += share * s;
+    };
     if (axisymmetric) {
       const double r1 = section.Offset_Radius + a.X, r2 = section.Offset_Radius + b.X;
-      add(load.Node_A, force * (r1 / 3 + r2 / 6), c, s);
-      add(load.Node_B, force * (r1 / 6 + r2 / 3), c, s);
+      add_side(0, force * (r1 / 3 + r2 / 6));
+      add_side(1, force * (r1 / 6 + r2 / 3));
     } else {
-      add(load.Node_A, force / 2, c, s);
-      add(load.Node_B, force / 2, c, s);
+      add_side(0, force / 2);
+      add_side(1, force / 2);
     }
   }
 
