@@ -7,11 +7,13 @@
 
 #include <fmt/format.h>
 
+#include "analysis/mechanics/assembly.h"
 #include "app/prescribed_data.h"
 #include "app/project_file.h"
 #include "app/project_load.h"
 #include "app/shell.h"
 #include "commands.h"
+#include "material/database.h"
 #include "project_io.h"
 
 namespace pvx::cli {
@@ -153,7 +155,18 @@ Result_Layout Layout_Of_Family(Project& p, const std::string& res_path) {
     std::string ignored;
     Set_Prescribed_Data(p, ok, ignored);
   }
-  return Result_Layout_Of(p, Family_Is_Mechanical(p, res_path));
+  const bool mechanical = Family_Is_Mechanical(p, res_path);
+  // The run stored its displacements and bar results on the joints' node copies and the bars cut
+  // at the mesh, which a project saved before the run does not hold yet.
+  // Which joints took part depends on their materials: the database is read for them when the
+  // project came without it (a results reader needs it for nothing else).
+  std::string ignored;
+  if (mechanical && p.Material.empty() && !p.Mesh_Interface.empty()) {
+    Table<std::int32_t> colours;
+    Read_Material_Database(p.Material_Database_Path, p.Material, colours, ignored);
+  }
+  if (mechanical) Set_Mechanical_Mesh(p, ignored);
+  return Result_Layout_Of(p, mechanical);
 }
 
 }  // namespace pvx::cli

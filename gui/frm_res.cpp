@@ -20,8 +20,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <utility>
 
+#include "analysis/mechanics/assembly.h"
 #include "draw/qt_surface.h"
 #include "frm_cool.h"
 #include "frm_diag.h"
@@ -291,6 +293,14 @@ void frmRes::hideEvent(QHideEvent* event) {
 
 void frmRes::Form_Shown() {
   Close_Results();
+  // The results of a mechanical run lie on the joints' node copies and the bars cut at the mesh;
+  // a project saved before the run (or run by pvx) is brought up to them. They follow from the mesh
+  // and the bars alone, so a project that holds them already stays as it is.
+  if (context_.project.Mechanical_Included != False_Flag &&
+      (!context_.project.Mesh_Interface.empty() || !context_.project.Rebar.empty())) {
+    std::string ignored;
+    Set_Mechanical_Mesh(context_.project, ignored);
+  }
   const Project& p = context_.project;
   Viewer_State fresh;
   fresh.CurrentRun = state_.CurrentRun;
