@@ -1,0 +1,56 @@
+// The wall on its slab with its construction joint and bars, computed from the run window: the
+// viewer charts the joint's stresses along the joint and the bars' stresses along the bars.
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTest>
+#include <filesystem>
+
+#include "form_fixture.h"
+#include "frm_diag.h"
+#include "frm_res.h"
+
+namespace pvx {
+namespace {
+
+TEST(frmRes, TheJointAndTheBarsOfTheWallOnItsSlabAreCharted) {
+  test::Form_Fixture f;
+  f.folder.project = f.dir.file("WALL-ON-SLAB.PVX");
+  std::filesystem::copy_file(test::Source_Path("examples/WALL-ON-SLAB.PVX"), f.folder.project);
+  ASSERT_TRUE(f.Load_Example());
+  frmDiag diag(f.context);
+  diag.Form_Shown();
+  QTest::mouseClick(diag.Command2, Qt::LeftButton);
+  ASSERT_EQ(diag.Last_Outcome(), Run_Outcome::Completed);
+  // Four joint sides along the foot, five nodes doubled; four bars cut into 58 bar elements with 62
+  // nodes of their own.
+  EXPECT_EQ(f.project.Mesh_Interface.count(), 4);
+  EXPECT_EQ(f.project.Mesh_Rebar.count(), 58);
+  EXPECT_EQ(f.project.Doubled_Node_Count, 5 + 62);
+
+  frmRes w(f.context);
+  w.resize(1000, 700);
+  w.show();
+  w.Form_Shown();
+  ASSERT_TRUE(w.Is_Open()) << (f.host.messages.empty() ? "" : f.host.messages.back());
+  struct Chart {
+    int variable, drawn;
+    const char* title;
+    const char* shot;
+  };
+  for (const Chart& c : {Chart{30, 4, "Normal stresses in interfaces at ", "frmRes_joint"},
+                         Chart{33, 58, "Shear stresses at rebars at ", nullptr},
+                         Chart{32, 58, "Normal stresses in rebars at ", "frmRes_bars"}}) {
+    SCOPED_TRACE(c.variable);
+    ASSERT_TRUE(w.Show_Variable(c.variable));
+    w.Pick_Time(16);                   // 48 hours, the formwork struck
+    (void)w.Picture_Widget()->grab();  // the picture is drawn when it is painted
+    EXPECT_EQ(w.Drawn().Elements_Drawn, c.drawn);
+    EXPECT_EQ(w.Drawn().Title.rfind(c.title, 0), 0u) << w.Drawn().Title;
+    EXPECT_LT(w.State().Buffers.CurrentMin, w.State().Buffers.CurrentMax);
+    if (c.shot) test::Take_Screenshot(w, c.shot);
+  }
+}
+
+}  // namespace
+}  // namespace pvx
