@@ -7,11 +7,15 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "analysis/driver.h"
+#include "analysis/parallel_variants.h"
 #include "analysis/schedule.h"
 #include "app/prescribed_data.h"
 #include "app/project_file.h"
@@ -64,6 +68,8 @@ class Console_Host : public Analysis_Host {
     return false;
   }
   bool Refused() const { return refused_; }
+  // A run of variant K alone counts from it.
+  void Start_At(int variant) { variants_done_ = variant - 1; }
 
   void Report_Step(const Step_Report& r) override {
     last_ = r;
@@ -113,6 +119,117 @@ class Console_Host : public Analysis_Host {
                                                 last_draw_{};
 };
 
+// The console of variants computed side by side: one line of progress for all of them on a
+// terminal, their messages and their closing lines as they come, each told by its variant.
+class Parallel_Console {
+ public:
+  Parallel_Console(bool terminal, int variants, std::vector<std::string> names)
+      : terminal_(terminal), names_(std::move(names)), progress_(static_cast<std::size_t>(variants) + 1) {}
+
+  std::unique_ptr<Analysis_Host> Host_Of(int variant) {
+    return std::make_unique<Variant_Host>(*this, variant);
+  }
+  bool Refused() const { return refused_.load(); }
+
+ private:
+  struct Progress {
+    int step = 0, steps = 0;
+    bool done = false;
+    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+  };
+
+  class Variant_Host : public Analysis_Host {
+   public:
+    Variant_Host(Parallel_Console& console, int variant) : console_(console), variant_(variant) {
+      std::lock_guard<std::mutex> lock(console_.mutex_);
+      console_.progress_[static_cast<std::size_t>(variant_)].start = std::chrono::steady_clock::now();
+    }
+    void Show_Message(const std::string& text, Message_Kind kind) override {
+      console_.Print_Line(fmt::format("{}variant {}: {}",
+                                      kind == Message_Kind::Critical  ? "error: "
+                                      : kind == Message_Kind::Warning ? "warning: "
+                                                                      : "",
+                                      variant_, text),
+                          true);
+    }
+    bool Stop_Requested() override { return interrupt_requested.load(); }
+    bool Ask_More_Iterations(int iterations, int& iteration_limit, double limits[3]) override {
+      (void)limits;
+      console_.refused_ = true;
+      Show_Message(
+          fmt::format("More than {} have been performed. A mechanical step has not converged within the "
+                      "limit of {} iterations, and the batch tool does not go on by itself: this "
+                      "variant is stopped. Raise the limit with --iterations N.",
+                      iterations, iteration_limit),
+          Message_Kind::Critical);
+      return false;
+    }
+    void Report_Step(const Step_Report& r) override {
+      {
+        std::lock_guard<std::mutex> lock(console_.mutex_);
+        Progress& p = console_.progress_[static_cast<std::size_t>(variant_)];
+        p.step = r.step, p.steps = r.steps;
+      }
+      console_.Draw();
+    }
+    void Report_Variant(int variant, int variants, int storages) override {
+      double elapsed = 0;
+      int step = 0, steps = 0;
+      {
+        std::lock_guard<std::mutex> lock(console_.mutex_);
+        Progress& p = console_.progress_[static_cast<std::size_t>(variant)];
+        p.done = true;
+        step = p.step, steps = p.steps;
+        elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - p.start).count();
+      }
+      const auto at = static_cast<std::size_t>(variant);
+      console_.Print_Line(
+          fmt::format("variant {}/{}: {} of {} steps, {} storages in {} ({:.1f} s)", variant, variants, step,
+                      steps, storages, at < console_.names_.size() ? console_.names_[at] : "", elapsed),
+          false);
+    }
+
+   private:
+    Parallel_Console& console_;
+    int variant_;
+  };
+
+  // A line of its own, below the progress line on a terminal.
+  void Print_Line(const std::string& text, bool to_error) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (bar_shown_) std::cerr << "\r" << std::string(bar_width_, ' ') << "\r";
+    bar_shown_ = false;
+    (to_error ? std::cerr : std::cout) << text << "\n" << std::flush;
+  }
+
+  // Every variant's share of its steps: "variants 1 100%  2 45%  3 ...".
+  void Draw() {
+    if (!terminal_) return;
+    std::lock_guard<std::mutex> lock(mutex_);
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last_draw_ < std::chrono::milliseconds(100)) return;
+    last_draw_ = now;
+    std::string line = "variants";
+    for (std::size_t v = 1; v < progress_.size(); ++v) {
+      const Progress& p = progress_[v];
+      line += p.steps == 0 ? fmt::format("  {} ...", v)
+                           : fmt::format("  {} {:3d}%", v, p.done ? 100 : 100 * p.step / p.steps);
+    }
+    bar_width_ = std::max(bar_width_, line.size());
+    std::cerr << "\r" << line << std::flush;
+    bar_shown_ = true;
+  }
+
+  bool terminal_;
+  std::vector<std::string> names_;
+  std::vector<Progress> progress_;
+  std::mutex mutex_;
+  std::atomic<bool> refused_{false};
+  bool bar_shown_ = false;
+  std::size_t bar_width_ = 0;
+  std::chrono::steady_clock::time_point last_draw_{};
+};
+
 }  // namespace
 
 void Add_Run_Commands(CLI::App& app, int& status) {
@@ -121,6 +238,8 @@ void Add_Run_Commands(CLI::App& app, int& status) {
     bool mechanical = false;
     int iterations = 0;
     int damped_start = -1;
+    int variant = 0;
+    int jobs = 1;
   };
   auto o = std::make_shared<Options>();
   auto* run =
@@ -138,6 +257,13 @@ void Add_Run_Commands(CLI::App& app, int& status) {
                   "Backward Euler steps after the start and after a cooling circuit is switched, against "
                   "the overshoot round the pipes (0 off; default: as the project says)")
       ->check(CLI::Range(0, 100));
+  run->add_option("--variant", o->variant,
+                  "Compute variant K of the run set alone, into the result family the whole set gives it "
+                  "(for a job array of a cluster scheduler)")
+      ->check(CLI::Range(1, 32767));
+  run->add_option("--jobs", o->jobs, "Compute the variants of the run set on N cores side by side")
+      ->check(CLI::Range(1, 256))
+      ->excludes("--variant");
   run->footer(
       "Exit status: 0 every variant was computed; 1 the project, its database or its prescribed data could "
       "not be used, a variant failed (zero pivot, result files, displacements above 10000 mm) or a "
@@ -196,17 +322,28 @@ void Add_Run_Commands(CLI::App& app, int& status) {
       std::error_code ignored;
       if (target.has_parent_path()) std::filesystem::create_directories(target.parent_path(), ignored);
     }
-    const Run_Outcome outcome = Run_Analysis(p, state, host, work, message);
+    state.Only_Variant = o->variant;
+    if (o->variant > 0) host.Start_At(o->variant);
+    Run_Outcome outcome = Run_Outcome::Completed;
+    if (o->jobs > 1 && Number_Of_Runs(p) > 1) {
+      Parallel_Console console(isatty(STDERR_FILENO) != 0, Number_Of_Runs(p), p.Result_Names);
+      const std::vector<Variant_Result> results = Run_Variants_In_Parallel(
+          p, state, o->jobs, [&console](int variant) { return console.Host_Of(variant); }, work);
+      for (const Variant_Result& r : results)
+        if (r.Outcome == Run_Outcome::Failed ||
+            (r.Outcome == Run_Outcome::Stopped && outcome == Run_Outcome::Completed))
+          outcome = r.Outcome;
+      if (outcome == Run_Outcome::Stopped && console.Refused()) outcome = Run_Outcome::Failed;
+    } else {
+      outcome = Run_Analysis(p, state, host, work, message);
+      if (outcome == Run_Outcome::Stopped && host.Refused()) outcome = Run_Outcome::Failed;
+    }
     std::signal(SIGINT, previous);
     switch (outcome) {
       case Run_Outcome::Completed:
         status = Exit_Ok;
         break;
       case Run_Outcome::Stopped:
-        if (host.Refused()) {
-          status = Exit_Failure;
-          break;
-        }
         std::cerr << "stopped: the result files are closed and hold what was stored\n";
         status = Exit_Stopped;
         break;

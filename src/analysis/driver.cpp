@@ -313,6 +313,12 @@ void Allocate_Solution_Arrays(const Project& p, Run_State& run, Analysis_Host& h
     v->resize(static_cast<std::size_t>(4 * elements));
 }
 
+std::string Missing_Variant_Message(int variant, int variants) {
+  return "Variant " + std::to_string(variant) + " is not in the run set, which has " +
+         std::to_string(variants) +
+         (variants == 1 ? " variant." : " variants (1 to " + std::to_string(variants) + ").");
+}
+
 std::string Not_Settled_Message(double time, int passes, double change, int node) {
   char text[320];
   std::snprintf(
@@ -424,7 +430,13 @@ Run_Outcome Run_Analysis(Project& p, Run_State& run, Analysis_Host& host, const 
   }
 
   const int variants = std::max(Number_Of_Runs(family), 1);
-  for (int variant = 1; variant <= variants; ++variant) {
+  if (run.Only_Variant < 0 || run.Only_Variant > variants) {
+    report(Missing_Variant_Message(run.Only_Variant, variants), Message_Kind::Critical);
+    return Run_Outcome::Failed;
+  }
+  const int first = run.Only_Variant > 0 ? run.Only_Variant : 1;
+  const int last = run.Only_Variant > 0 ? run.Only_Variant : variants;
+  for (int variant = first; variant <= last; ++variant) {
     if (!Open_Result_Files(family, variant, 1, Run_Index_Version, text)) {
       report(text, Message_Kind::Critical);
       outcome = Run_Outcome::Failed;

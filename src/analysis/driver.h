@@ -27,13 +27,18 @@ inline constexpr int Max_Thermal_Passes = 1000;
 // temperature still moved most in the last one, and by how much.
 std::string Not_Settled_Message(double time, int passes, double change, int node);
 
+// The message of a run asked for a variant that the run set does not have.
+std::string Missing_Variant_Message(int variant, int variants);
+
 enum class Run_Outcome {
   Completed,  // every variant ran to its last step
   Stopped,    // the user stopped the run (or refused more iterations); the files are closed
   Failed      // a variant failed (zero pivot, result files); the files that were open are closed
 };
 
-// Runs every material variant of the project. Before the call the caller has prepared the
+// Runs every material variant of the project, or the one that run.Only_Variant names; variants
+// share nothing mutable but the project's tables of the mesh that the run completes, so copies of
+// one project can compute different variants in parallel. Before the call the caller has prepared the
 // prescribed data (Set_Prescribed_Data) and the runs and their result names (Prepare_Runs);
 // relative result names are taken in `work_directory`. `run` carries the settings in and the state
 // of the last variant out. Messages reach the host as they arise; the last one is also returned.

@@ -46,6 +46,9 @@ struct Run_State {
   bool Mechanical_Included = false;
   int Mechanical_Iteration_Limit = 10;
   double Mechanical_Limits[3] = {0.001, 0.001, 0.001};
+  // The one variant of the run set to compute (its result family as the whole set names it), or 0
+  // for every variant in turn.
+  int Only_Variant = 0;
 
   // Flags. Stop_Computations is read at the top of each step and after each variant.
   bool Stop_Computations = false;

@@ -22,9 +22,7 @@ namespace {
 TEST(frmRes, TheCooledBlockComputesAndItsWaterHistoryShows) {
   // The example with a closed circuit, computed from the run window and read in the viewer.
   test::Form_Fixture f;
-  f.folder.project = f.dir.file("BLOCK-COOLED.PVX");
-  std::filesystem::copy_file(test::Source_Path("examples/BLOCK-COOLED.PVX"), f.folder.project);
-  ASSERT_TRUE(f.Load_Example());
+  ASSERT_TRUE(f.Load_Example_Named("BLOCK-COOLED.PVX"));
   frmDiag diag(f.context);
   diag.resize(1200, 820);
   diag.show();

@@ -45,6 +45,12 @@ struct Form_Fixture {
     shell.State = state;
     return true;
   }
+  // Another example of examples/ (NAME.PVX) copied beside the same database and loaded instead.
+  bool Load_Example_Named(const std::string& name) {
+    folder.project = dir.file(name);
+    std::filesystem::copy_file(Source_Path("examples/" + name), folder.project);
+    return Load_Example();
+  }
 };
 
 // The old text selected, the new one typed, then Enter.

@@ -15,9 +15,7 @@ namespace {
 
 TEST(frmRes, TheJointAndTheBarsOfTheWallOnItsSlabAreCharted) {
   test::Form_Fixture f;
-  f.folder.project = f.dir.file("WALL-ON-SLAB.PVX");
-  std::filesystem::copy_file(test::Source_Path("examples/WALL-ON-SLAB.PVX"), f.folder.project);
-  ASSERT_TRUE(f.Load_Example());
+  ASSERT_TRUE(f.Load_Example_Named("WALL-ON-SLAB.PVX"));
   frmDiag diag(f.context);
   diag.Form_Shown();
   QTest::mouseClick(diag.Command2, Qt::LeftButton);
