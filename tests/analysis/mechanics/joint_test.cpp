@@ -56,10 +56,14 @@ TEST(Joint_Mesh, NodesAlongAJointAreDoubledOnceOnTheSideBelow) {
   Interface foreign = p.Mesh_Interface[1];
   foreign.Layer_Material = "elastic";
   p.Mesh_Interface.add(foreign);
-  // A side support and a line load on the left side of the lower left element, which ends on the line.
+  // A side support and a line load on the left side of the lower left element, which ends on the
+  // line.
   Support& side = test::Hold(p, test::Node_Of(2, 0, 0), 0);
   side.Node_B = static_cast<std::int16_t>(test::Node_Of(2, 0, 1));
   test::Line_Load(p, test::Node_Of(2, 0, 0), test::Node_Of(2, 0, 1), 1, 0, 1);
+  // And one on the side between the two lower left elements, named the way the first one runs.
+  Support& inner = test::Hold(p, test::Node_Of(2, 1, 0), 0);
+  inner.Node_B = static_cast<std::int16_t>(test::Node_Of(2, 1, 1));
 
   test::Mechanical_Run r(p);
   const Mechanical_State& m = r.run.Mechanics;
@@ -85,6 +89,7 @@ TEST(Joint_Mesh, NodesAlongAJointAreDoubledOnceOnTheSideBelow) {
   for (int i = 4; i <= 6; ++i)
     EXPECT_FALSE(m.Interfaces[i].Active) << i;
   EXPECT_EQ(m.Supports[1].Dof[4], 2 * Corner_Node(m, 1, 4));
+  EXPECT_EQ(m.Supports[2].Dof[4], 2 * Corner_Node(m, 1, 3));
   EXPECT_EQ(m.Load_Dof[1][4], 2 * Corner_Node(m, 1, 4));
 }
 
