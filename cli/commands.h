@@ -17,6 +17,7 @@ void Add_Mesh_Commands(CLI::App& app, int& status);      // mesh
 void Add_Run_Commands(CLI::App& app, int& status);       // run
 void Add_Results_Commands(CLI::App& app, int& status);   // results
 void Add_Plot_Commands(CLI::App& app, int& status);      // plot
+void Add_Report_Commands(CLI::App& app, int& status);    // report
 void Add_Cut_Commands(CLI::App& app, int& status);       // cut, history
 void Add_Export_Commands(CLI::App& app, int& status);    // export
 

@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
   pvx::cli::Add_Run_Commands(app, status);
   pvx::cli::Add_Results_Commands(app, status);
   pvx::cli::Add_Plot_Commands(app, status);
+  pvx::cli::Add_Report_Commands(app, status);
   pvx::cli::Add_Cut_Commands(app, status);
   pvx::cli::Add_Export_Commands(app, status);
   CLI11_PARSE(app, argc, argv);

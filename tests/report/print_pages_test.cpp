@@ -1,0 +1,116 @@
+// The page frame: the date and time texts of the header, and pages drawn as the paging lays them
+// out, counted in the PDF that a writer makes of them.
+#include "print_pages.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPdfWriter>
+
+#include <cstdlib>
+#include <string>
+
+namespace pvx {
+namespace {
+
+// Fonts need a GUI application; the offscreen platform needs no display.
+void Ensure_Gui_Application() {
+  if (QGuiApplication::instance() != nullptr) return;
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  static int argc = 1;
+  static char name[] = "test_report";
+  static char* argv[] = {name, nullptr};
+  static QGuiApplication* application = new QGuiApplication(argc, argv);
+  (void)application;
+}
+
+TEST(Print_Pages, Date_And_Time_Read_As_The_Header_Shows_Them) {
+  const struct {
+    QDateTime when;
+    const char *date, *time;
+  } cases[] = {
+      {QDateTime(QDate(2024, 7, 3), QTime(9, 5)), "Wednesday 3-7-2024", "9:05"},
+      {QDateTime(QDate(2023, 12, 31), QTime(23, 59)), "Sunday 31-12-2023", "23:59"},
+      {QDateTime(QDate(2024, 2, 29), QTime(0, 0)), "Thursday 29-2-2024", "0:00"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Print_Date_Text(c.when.date()), c.date);
+    EXPECT_EQ(Print_Time_Text(c.when.time()), c.time);
+  }
+}
+
+Print_Layout One_Table(int rows) {
+  Report_Table t;
+  t.Heading = "NODES";
+  t.Columns = {{"nr.", "", 0, 7, Cell_Align::Right}};
+  for (int r = 1; r <= rows; ++r)
+    t.Rows.push_back({std::to_string(r)});
+  return Layout_Tables({t});
+}
+
+int Pdf_Pages(const QByteArray& pdf) {
+  // Each page is one object "/Type /Page"; the page tree is "/Type /Pages".
+  int count = 0;
+  for (qsizetype at = pdf.indexOf("/Type /Page"); at >= 0; at = pdf.indexOf("/Type /Page", at + 1))
+    if (at + 11 >= pdf.size() || pdf[at + 11] != 's') ++count;
+  return count;
+}
+
+TEST(Print_Pages, Every_Page_Of_The_Paging_Is_Drawn) {
+  Ensure_Gui_Application();
+  const std::vector<std::string> header{"W.PVX", "one", "two", "three", "four", " Input specification"};
+  const QDateTime when(QDate(2024, 7, 3), QTime(9, 5));
+  for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
+    for (const int rows : {1, 150, 400}) {
+      QBuffer buffer;
+      ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+      int pages = 0, lines = 0;
+      {
+        QPdfWriter writer(&buffer);
+        writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), orientation, QMarginsF(15, 15, 15, 15),
+                                         QPageLayout::Millimeter));
+        lines = Print_Lines_Per_Page(writer, static_cast<int>(header.size()));
+        pages = Print_Pages(writer, header, One_Table(rows), when);
+      }
+      // A table line of a size-8 font is 8 to 12 points; the page is 267 mm (757 pt) high upright
+      // and 180 mm (510 pt) on its side, of which a header of six size-10 lines takes 60 to 100 pt.
+      const double height = orientation == QPageLayout::Portrait ? 756.85 : 510.24;
+      EXPECT_GE(lines, static_cast<int>((height - 100) / 12)) << orientation;
+      EXPECT_LE(lines, static_cast<int>((height - 60) / 8)) << orientation;
+      // The head (heading, names, units) on every page, the rows below it.
+      const int per_page = lines - 3;
+      EXPECT_EQ(pages, (rows + per_page - 1) / per_page) << rows << " rows, " << lines << " lines";
+      EXPECT_EQ(Pdf_Pages(buffer.data()), pages);
+      EXPECT_TRUE(buffer.data().startsWith("%PDF"));
+    }
+  }
+}
+
+TEST(Print_Pages, The_Header_Takes_Its_Lines_Off_The_Page) {
+  Ensure_Gui_Application();
+  QBuffer buffer;
+  ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+  QPdfWriter writer(&buffer);
+  writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(15, 15, 15, 15),
+                                   QPageLayout::Millimeter));
+  // The date, time and page number take three header lines whatever the project's text. Three more
+  // lines of size 10 are 3 x 10 / 8 = 3.75 lines of size 8: three or four table lines fewer.
+  const int three = Print_Lines_Per_Page(writer, 3), six = Print_Lines_Per_Page(writer, 6);
+  EXPECT_EQ(Print_Lines_Per_Page(writer, 1), three);
+  EXPECT_GE(three - six, 3);
+  EXPECT_LE(three - six, 4);
+}
+
+TEST(Print_Pages, Nothing_To_Print_Draws_No_Page) {
+  Ensure_Gui_Application();
+  QBuffer buffer;
+  ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+  QPdfWriter writer(&buffer);
+  EXPECT_EQ(Print_Pages(writer, {"W.PVX"}, Print_Layout{}, QDateTime::currentDateTime()), 0);
+}
+
+}  // namespace
+}  // namespace pvx
