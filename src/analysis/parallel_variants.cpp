@@ -25,7 +25,9 @@ std::vector<Variant_Result> Run_Variants_In_Parallel(
       run.Only_Variant = variant;
       const std::unique_ptr<Analysis_Host> host = host_of(variant);
       r.Outcome = Run_Analysis(copy, run, *host, work_directory, r.Message);
-      if (r.Outcome == Run_Outcome::Stopped) stopped = true;
+      // The user's stop ends the whole set; a variant that stopped on its own (more iterations
+      // refused) leaves the others to run.
+      if (r.Outcome == Run_Outcome::Stopped && host->Stop_Requested()) stopped = true;
     }
   };
   const int threads = std::clamp(jobs, 1, variants);

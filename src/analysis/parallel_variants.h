@@ -21,9 +21,9 @@ struct Variant_Result {
 // Computes variants 1..Number_Of_Runs (at least one) on up to `jobs` threads, taking the next
 // variant as a thread comes free. Each variant starts from `settings` (Only_Variant set to it) and
 // talks to the host that `host_of` makes for it, from its own thread: a host that several variants
-// share must guard what it changes. A variant that fails leaves the others running; one that is
-// stopped (the host's Stop_Requested) lets no further variant start. The results are in variant
-// order.
+// share must guard what it changes. A variant that fails, or stops because more iterations were
+// refused, leaves the others running; the user's stop (the host's Stop_Requested) lets no further
+// variant start. The results are in variant order.
 std::vector<Variant_Result> Run_Variants_In_Parallel(
     const Project& p, const Run_State& settings, int jobs,
     const std::function<std::unique_ptr<Analysis_Host>(int variant)>& host_of,
