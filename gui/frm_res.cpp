@@ -27,6 +27,8 @@
 #include "draw/qt_surface.h"
 #include "frm_cool.h"
 #include "frm_diag.h"
+#include "frm_his.h"
+#include "frm_line_cut.h"
 #include "results/cooling_view.h"
 #include "results/viewer_geometry.h"
 #include "results/viewer_pages.h"
@@ -93,9 +95,12 @@ class Result_Picture : public QWidget {
     if (dragging_ && Dragged(current_)) {
       painter.setPen(QPen(Qt::black, 1, Qt::DotLine));
       painter.setBrush(Qt::NoBrush);
-      if (form_.state_.LineCutPending)
+      if (form_.state_.LineCutPending) {
+        // Inverted, so the line shows on every colour of the contours.
+        painter.setPen(QPen(Qt::black, 1, Qt::DashLine));
+        painter.setCompositionMode(QPainter::RasterOp_NotDestination);
         painter.drawLine(press_, current_);
-      else
+      } else
         painter.drawRect(QRectF(press_, current_).normalized());
     }
   }
@@ -106,6 +111,7 @@ class Result_Picture : public QWidget {
   }
   void mouseMoveEvent(QMouseEvent* event) override {
     current_ = event->position();
+    if (dragging_ && form_.state_.LineCutPending) Follow_Pointer();
     if (dragging_)
       update();
     else
@@ -115,6 +121,8 @@ class Result_Picture : public QWidget {
     if (event->button() != Qt::LeftButton || !dragging_) return;
     dragging_ = false;
     const QPointF release = event->position();
+    current_ = release;
+    if (form_.state_.LineCutPending) Follow_Pointer();
     if (Dragged(release))
       form_.Drag_To(press_.x(), press_.y(), release.x(), release.y());
     else
@@ -123,6 +131,12 @@ class Result_Picture : public QWidget {
   }
 
  private:
+  // While a cut line is drawn its start follows the pointer as "Choice of cut direction" says.
+  void Follow_Pointer() {
+    double x = press_.x(), y = press_.y();
+    Adjust_Cut_Start(form_.cut_direction_, current_.x(), current_.y(), x, y);
+    press_ = QPointF(x, y);
+  }
   bool Dragged(QPointF to) const {
     return std::fabs(to.x() - press_.x()) > 4 || std::fabs(to.y() - press_.y()) > 4;
   }
@@ -240,10 +254,19 @@ frmRes::frmRes(Gui_Context& context, QWidget* parent) : Work_Form_Widget(parent)
           state_.PickingPoints = !state_.PickingSupports;
         }
         A->Picture1->update();
+        // Picking done: the history of what was picked.
+        if (!checked) Open_History();
         return;
       }
       if (k == "Linecut") {
         state_.LineCutPending = checked;
+        A->Picture1->setCursor(checked ? Qt::CrossCursor : Qt::ArrowCursor);
+        if (checked) {
+          if (cut_window_ == nullptr) cut_window_ = new frmcut(context_, cut_direction_, this);
+          cut_window_->Load();
+          cut_window_->show();
+          cut_window_->raise();
+        }
         return;
       }
       Toolbar_Click(k);
@@ -280,6 +303,8 @@ const Result_Page* frmRes::Page_Of(int variable) const {
 }
 
 void frmRes::Close_Results() {
+  if (his_ != nullptr) his_->Results_Closed();  // the history scales go with the results
+  if (line_cut_ != nullptr) line_cut_->hide();
   family_ = Result_Family{};  // the files close with the family
   open_ = false;
   reading_shown_ = false;
@@ -625,6 +650,8 @@ void frmRes::Show_State() {
   Fill_Page();
   Set_Toolbar();
   A->Picture1->update();
+  // The cut follows the step, the page and a reset.
+  if (line_cut_ != nullptr && line_cut_->isVisible()) Show_Line_Cut();
 }
 
 void frmRes::Toolbar_Click(const std::string& key) {
@@ -731,6 +758,7 @@ void frmRes::Scale_Entered(Scale_Box box, const std::string& text) {
   const bool taken = Edit_Scale(state_, box, text, context_.shell.Decimal_Comma, *host_);
   Fill_Page();  // a refused value puts the old text back
   if (taken) A->Picture1->update();
+  if (taken && box == Scale_Box::Ft_Factor && line_cut_ != nullptr && line_cut_->isVisible()) Show_Line_Cut();
 }
 
 void frmRes::Hover_At(double px, double py) {
@@ -779,7 +807,11 @@ void frmRes::Drag_To(double px1, double py1, double px2, double py2) {
     state_.LineCutActive = true;
     state_.LineCutPending = false;
     Tool("Linecut")->setChecked(false);
+    A->Picture1->setCursor(Qt::ArrowCursor);
     A->Picture1->update();
+    Show_Line_Cut();
+    line_cut_->show();
+    line_cut_->raise();
     return;
   }
   if (x1 > x2) std::swap(x1, x2);
@@ -793,6 +825,28 @@ void frmRes::Drag_To(double px1, double py1, double px2, double py2) {
   picture_.ZoomY1 = y1;
   picture_.ZoomY2 = y2;
   A->Picture1->update();
+}
+
+void frmRes::Show_Line_Cut() {
+  if (line_cut_ == nullptr) line_cut_ = new frmLineCut(context_, this);
+  if (!open_ || !state_.LineCutActive) {
+    line_cut_->hide();
+    return;
+  }
+  const Cut_Line& c = state_.LineCut;
+  line_cut_->Show_Cut(Determine_Intersections(context_.project, state_.Buffers, state_.CurrentVariable,
+                                              Current_Time(state_), c.X1, c.Y1, c.X2, c.Y2),
+                      state_.FtFactor, state_.Metric);
+}
+
+void frmRes::Open_History() {
+  if (!open_) return;
+  const bool supports = state_.CurrentVariable == 21;
+  if ((supports ? state_.HistorySupports.count() : state_.HistoryPoints.count()) < 1) return;
+  if (his_ == nullptr) his_ = new frmHis(context_, this);
+  if (!his_->Show_History(family_, state_)) return;
+  his_->show();
+  his_->raise();
 }
 
 void frmRes::Store_Picture_Dialog() {

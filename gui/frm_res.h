@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "gui_context.h"
+#include "results/cut_history_plot.h"
 #include "results/plot.h"
 #include "results/result_files.h"
 #include "results/viewer_plot.h"
@@ -34,6 +35,9 @@ inline constexpr const char* Store_Picture_Filter = "(*.JPG)|*.jpg|(*.BMP)|*.bmp
 class Result_Picture;
 class frmRes;
 class frmCool;
+class frmcut;
+class frmLineCut;
+class frmHis;
 
 // The page of one variable in frmresB: its extremes and its scale boxes.
 struct Result_Page {
@@ -109,6 +113,17 @@ class frmRes : public Work_Form_Widget {
   // The window of the selected circuit, nullptr before the first selection.
   frmCool* Cool_Window() const { return cool_; }
 
+  // The line cut: "Choice of cut direction" (opened by "Linecut"), the direction it sets for the
+  // rubber line, and "Results from linecut", which shows the cut of the current variable along the
+  // drawn line and follows the viewer's step, page and ft factor. Null before their first use.
+  frmcut* Cut_Direction_Window() const { return cut_window_; }
+  frmLineCut* Line_Cut_Window() const { return line_cut_; }
+  const Cut_Direction& Direction() const { return cut_direction_; }
+  // "Evolution", opened when "History1" comes up with a point (a support on the reaction page)
+  // picked; null before.
+  frmHis* History_Window() const { return his_; }
+  void Open_History();
+
   bool Is_Open() const { return open_; }
   void Close_Results();
   const Viewer_State& State() const { return state_; }
@@ -168,6 +183,11 @@ class frmRes : public Work_Form_Widget {
   std::vector<Result_Page> pages_;
   class Form_Viewer_Host* host_ = nullptr;
   frmCool* cool_ = nullptr;
+  void Show_Line_Cut();
+  Cut_Direction cut_direction_;
+  frmcut* cut_window_ = nullptr;
+  frmLineCut* line_cut_ = nullptr;
+  frmHis* his_ = nullptr;
 };
 
 // The working form of the results, nullptr for any other kind.
