@@ -13,6 +13,8 @@
 #include <QVBoxLayout>
 
 #include "app/project_file.h"
+#include "frm_mat_view.h"
+#include "frm_printkeuze.h"
 #include "frm_units.h"
 #include "shell_forms.h"
 
@@ -327,12 +329,15 @@ void mdiPVX::Build_Toolbars() {
   bar2->setIconSize(QSize(28, 28));
   QAction* mdv = bar2->addAction(s->standardIcon(QStyle::SP_FileDialogContentsView), "MDV");
   mdv->setObjectName("MDV");
-  mdv->setToolTip("Input and computed data (comes in a later version)");
-  mdv->setEnabled(false);
+  mdv->setToolTip("Input and computed data");
+  connect(mdv, &QAction::triggered, this, [this] { Show_Material_Viewer(); });
+  mdv_ = mdv;
   QAction* print = bar2->addAction(Drawn_Icon(Picture::Print), "Print");
   print->setObjectName("Print");
-  print->setToolTip("Print the input (comes in a later version)");
+  print->setToolTip("Print the input specification");
   print->setEnabled(false);
+  connect(print, &QAction::triggered, this, [this] { Show_Print(); });
+  print_ = print;
   QAction* units = bar2->addAction(Drawn_Icon(Picture::Units), "Units");
   units->setObjectName("Units");
   units->setToolTip("Units of display and entry");
@@ -425,6 +430,11 @@ void mdiPVX::Refresh() {
     toolbar1_[i]->setVisible(shown[static_cast<std::size_t>(i)]);
   for (const auto& [action, button] : menu_commands_)
     action->setEnabled(Shows(shown, button));
+  print_->setEnabled(shell_.State != Work_State::No_Project);
+  mdv_->setEnabled(!project_.Material.empty());
+  // An open material viewer follows the database and the units.
+  if (mat_view_ && mat_view_->isVisible())
+    mat_view_->Show_Materials(project_.Material, project_.Metric_Units != False_Flag);
   setWindowTitle(Q(Main_Caption(project_, shell_)));
   Set_Workdata();
   Fill_Recent_Menu();
@@ -461,6 +471,7 @@ QWidget* mdiPVX::Form_For(Work_Form form) {
 }
 
 void mdiPVX::Hide_All() {
+  if (mat_view_) mat_view_->hide();
   stack_->setCurrentWidget(blank_);
   Set_Work_Caption(QString());
 }
@@ -532,6 +543,24 @@ void mdiPVX::Show_Units() {
   dialog->open();
 }
 
+// A run works on the Project while it goes: the printout waits for its end.
+void mdiPVX::Show_Print() {
+  if (shell_.State == Work_State::No_Project || Refused_During_Run()) return;
+  auto* dialog = new frmPrintkeuze(context_, this);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->open();
+}
+
+// Viewing the materials only reads them, so it is offered during a computation too.
+void mdiPVX::Show_Material_Viewer() {
+  if (project_.Material.empty()) return;
+  if (!mat_view_) mat_view_ = new frmMatView(this);
+  mat_view_->Show_Materials(project_.Material, project_.Metric_Units != False_Flag);
+  mat_view_->show();
+  mat_view_->raise();
+  mat_view_->activateWindow();
+}
+
 void mdiPVX::Show_About() {
   auto* box = new QMessageBox(
       QMessageBox::Information, "About",
@@ -568,6 +597,7 @@ void mdiPVX::closeEvent(QCloseEvent* event) {
     return;
   }
   end_confirmed_ = true;
+  if (mat_view_) mat_view_->close();
   if (help_) help_->close();
   event->accept();
 }

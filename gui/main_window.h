@@ -20,6 +20,8 @@
 
 namespace pvx {
 
+class frmMatView;
+
 inline constexpr const char* Run_In_Progress_Message =
     "A computation is running. Stop it first with \"Stop computations\".";
 
@@ -45,6 +47,10 @@ class mdiPVX : public QMainWindow {
   void Toolbar_Click(const std::string& key);
   void Open_Recent(int position);
   void Show_Units();
+  // "MDV": the material viewer over the database's materials, in the shell's units.
+  void Show_Material_Viewer();
+  // The print selection of the input specification, over the loaded project.
+  void Show_Print();
   void Show_About();
   void Show_Help();
 
@@ -89,6 +95,7 @@ class mdiPVX : public QMainWindow {
   bool end_confirmed_ = false;
 
   QAction* toolbar1_[Toolbar_Button_Count] = {};
+  QAction* print_ = nullptr;  // "Print" of the second toolbar: with a project loaded
   std::map<Work_Form, QWidget*> forms_;
   std::map<Work_Form, Work_Form_Widget*> work_forms_;
   QStackedWidget* stack_ = nullptr;
@@ -100,6 +107,8 @@ class mdiPVX : public QMainWindow {
   std::vector<std::pair<QAction*, Toolbar_Button>> menu_commands_;
   std::map<std::string, QLabel*> labels_;
   QTextBrowser* help_ = nullptr;
+  QAction* mdv_ = nullptr;          // "MDV" of the second toolbar: with materials
+  frmMatView* mat_view_ = nullptr;  // made at the first "MDV"
 };
 
 }  // namespace pvx
