@@ -229,7 +229,8 @@ void Add_Cut_Commands(CLI::App& app, int& status) {
       "leaves it (end 2), in element order. Columns: piece, element, end, fraction (0 at --from, 1 at\n"
       "--to), distance from --from (m, or yd with --imperial), x, y (mm, or in), value, and for the\n"
       "stresses 13 to 18 the tensile strength there. An element the line ends in, or only touches at a\n"
-      "corner, gives no piece; elements not present at the stored step's time are not cut.");
+      "corner, gives no piece; a line along element sides is cut once along each side, by the first\n"
+      "element along it; elements not present at the stored step's time are not cut.");
   auto o = std::make_shared<Cut_Options>();
   cut->add_option("RESULTS", o->path, "Result index file (.RES)")->required();
   cut->add_option("--from", o->from, "Start of the line: X Y (mm, or in with --imperial)")
