@@ -1,13 +1,10 @@
 // pvx plot: the picture the result viewer shows of one variable at one stored step, drawn headless
 // by the same plotting code through the QPainter bridge into a PNG (or JPEG, BMP) or an SVG file.
-#include <QGuiApplication>
 #include <QImage>
 #include <QSize>
-#include <cstdio>
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -18,6 +15,7 @@
 #include "app/project.h"
 #include "app/project_file.h"
 #include "commands.h"
+#include "gui_application.h"
 #include "project_io.h"
 #include "qt_surface.h"
 #include "results/plot.h"
@@ -58,24 +56,6 @@ std::string Lower(std::string t) {
   for (char& c : t)
     c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   return t;
-}
-
-// Fonts and painting on an image need a GUI application object; without a display the offscreen
-// platform serves. One object for the life of the process, made on first need.
-void Ensure_Gui_Application() {
-  if (QGuiApplication::instance() != nullptr) return;
-  if (std::getenv("QT_QPA_PLATFORM") == nullptr) setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  // Qt's notes about the desktop session (no runtime folder on a server) are not the batch tool's
-  // business: its standard error carries only its own messages.
-  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-    if (type == QtWarningMsg && text.startsWith("QStandardPaths:")) return;
-    if (type != QtDebugMsg && type != QtInfoMsg) std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
-  });
-  static int argc = 1;
-  static char name[] = "pvx";
-  static char* argv[] = {name, nullptr};
-  static QGuiApplication* application = new QGuiApplication(argc, argv);
-  (void)application;
 }
 
 bool Parse_Size(const std::string& text, int& width, int& height) {

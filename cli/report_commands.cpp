@@ -1,14 +1,11 @@
 // pvx report: the input specification of a project, as text on standard output or as an A4 PDF
 // drawn by the same page frame that prints it.
 #include <QDateTime>
-#include <QGuiApplication>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <cstdio>
 
 #include <cctype>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -17,6 +14,7 @@
 #include <fmt/format.h>
 
 #include "commands.h"
+#include "gui_application.h"
 #include "print_pages.h"
 #include "project_io.h"
 #include "report/input_printout.h"
@@ -85,22 +83,6 @@ bool Parse_Sections(const std::string& list, bool given, const Project& p, Print
     selection[found] = true;
   }
   return true;
-}
-
-// Fonts and painting need a GUI application object; without a display the offscreen platform
-// serves. One object for the life of the process, made on first need.
-void Ensure_Gui_Application() {
-  if (QGuiApplication::instance() != nullptr) return;
-  if (std::getenv("QT_QPA_PLATFORM") == nullptr) setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-    if (type == QtWarningMsg && text.startsWith("QStandardPaths:")) return;
-    if (type != QtDebugMsg && type != QtInfoMsg) std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
-  });
-  static int argc = 1;
-  static char name[] = "pvx";
-  static char* argv[] = {name, nullptr};
-  static QGuiApplication* application = new QGuiApplication(argc, argv);
-  (void)application;
 }
 
 // The pages go to a file beside the target first, so that a failed print leaves an older file of

@@ -6,10 +6,8 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableWidget>
@@ -18,7 +16,6 @@
 #include <filesystem>
 
 #include "app/units.h"
-#include "draw/qt_surface.h"
 #include "frm_res.h"
 
 namespace pvx {
@@ -170,25 +167,6 @@ void frmMebin::Store_Results() {
 // ---------------------------------------------------------------------------------------------
 // "Evolution"
 
-// The graph: every paint draws it whole at the picture's present size.
-class History_Graph : public QWidget {
- public:
-  History_Graph(frmHis& form, QWidget* parent) : QWidget(parent), form_(form) {
-    setObjectName("Picture1");
-    setMinimumSize(520, 360);
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    Qt_Surface surface(painter, size(), logicalDpiX());
-    form_.Draw(surface);
-  }
-
- private:
-  frmHis& form_;
-};
-
 frmHis::frmHis(Gui_Context& context, QWidget* parent) : QWidget(parent, Qt::Window), context_(context) {
   setObjectName("frmHis");
   setWindowTitle(History_Caption);
@@ -202,7 +180,7 @@ frmHis::frmHis(Gui_Context& context, QWidget* parent) : QWidget(parent, Qt::Wind
     connect(action, &QAction::triggered, this, [this, k] { Toolbar_Click(k); });
   }
   layout->addWidget(Toolbar);
-  Picture1 = new History_Graph(*this, this);
+  Picture1 = new Graph_Picture([this](Plot_Surface& s) { Draw(s); }, QSize(520, 360), this);
   layout->addWidget(Picture1, 1);
 
   auto* controls = new QHBoxLayout;
@@ -342,12 +320,6 @@ void frmHis::Draw(Plot_Surface& surface) {
   if (mebin_shown_) Plot_Mebin_Value(surface, data_, mebin_kind_, mebin_value_);
 }
 
-std::string frmHis::In_Work_Directory(const std::string& name) const {
-  std::string path = context_.shell.Work_Directory;
-  if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';
-  return path + name;
-}
-
 void frmHis::Record() {
   std::string path, message;
   if (Recording(recording_, data_, path, message)) {
@@ -359,7 +331,7 @@ void frmHis::Record() {
     return;
   }
   context_.host.Show_Message(message);  // a collection name is wanted first
-  std::string chosen = In_Work_Directory("");
+  std::string chosen = In_Work_Directory(context_.shell.Work_Directory, "");
   if (!context_.host.Choose_Save_File(Mebin_Result_File_Title, Record_File_Filter, chosen) || chosen.empty())
     return;
   Set_Record_Name(recording_, chosen);
@@ -368,12 +340,8 @@ void frmHis::Record() {
 }
 
 void frmHis::Store_Graph_Picture() {
-  std::string path = In_Work_Directory("history.jpg");
-  if (!context_.host.Choose_Save_File(Store_Picture_Caption, Store_Picture_Filter, path) || path.empty())
-    return;
-  const QImage image = Draw_To_Image(Picture1->size(), [this](Plot_Surface& s) { Draw(s); });
-  std::string message;
-  if (!pvx::Store_Picture(image, path, message)) context_.host.Show_Message(message);
+  Store_Picture_Of_Graph(context_, *Picture1,
+                         In_Work_Directory(context_.shell.Work_Directory, "history.jpg"));
 }
 
 }  // namespace pvx

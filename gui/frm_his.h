@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 
+#include "graph_window.h"
 #include "gui_context.h"
 #include "results/cut_history_plot.h"
 #include "results/history.h"
@@ -75,8 +76,6 @@ class frmMebin : public QWidget {
   double value_ = 0;
 };
 
-class History_Graph;
-
 class frmHis : public QWidget {
  public:
   frmHis(Gui_Context& context, QWidget* parent);
@@ -113,7 +112,7 @@ class frmHis : public QWidget {
 
   QToolBar* Toolbar = nullptr;
   std::map<std::string, QAction*> Tools;
-  QWidget* Picture1 = nullptr;
+  Graph_Picture* Picture1 = nullptr;
   QRadioButton* Option_Standard = nullptr;
   QRadioButton* Option_Differences = nullptr;
   QComboBox* Combo1 = nullptr;
@@ -126,7 +125,6 @@ class frmHis : public QWidget {
  private:
   void Record();
   void Store_Graph_Picture();
-  std::string In_Work_Directory(const std::string& name) const;
 
   Gui_Context& context_;
   History_Scales scales_{};

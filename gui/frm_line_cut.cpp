@@ -3,16 +3,13 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
 #include "app/units.h"
-#include "draw/qt_surface.h"
 #include "frm_res.h"
 #include "results/plot.h"
 #include "results/viewer_values.h"
@@ -23,13 +20,6 @@ namespace {
 
 QString Q(const std::string& text) {
   return QString::fromStdString(text);
-}
-
-// The working folder with a file name, as the proposal of a save dialogue.
-std::string In_Work_Directory(const std::string& directory, const std::string& name) {
-  std::string path = directory;
-  if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';
-  return path + name;
 }
 
 }  // namespace
@@ -81,31 +71,12 @@ bool frmcut::Apply() {
   return true;
 }
 
-// The graph: every paint draws the whole cut at the picture's present size.
-class Cut_Graph_Picture : public QWidget {
- public:
-  Cut_Graph_Picture(frmLineCut& form, QWidget* parent) : QWidget(parent), form_(form) {
-    setObjectName("Picture1");
-    setMinimumSize(420, 260);
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    Qt_Surface surface(painter, size(), logicalDpiX());
-    form_.Draw(surface);
-  }
-
- private:
-  frmLineCut& form_;
-};
-
 frmLineCut::frmLineCut(Gui_Context& context, QWidget* parent)
     : QWidget(parent, Qt::Window), context_(context) {
   setObjectName("frmLineCut");
   setWindowTitle(Line_Cut_Caption);
   auto* layout = new QVBoxLayout(this);
-  Picture1 = new Cut_Graph_Picture(*this, this);
+  Picture1 = new Graph_Picture([this](Plot_Surface& s) { Draw(s); }, QSize(420, 260), this);
   layout->addWidget(Picture1, 1);
 
   auto* controls = new QHBoxLayout;
@@ -236,12 +207,7 @@ void frmLineCut::Store_Results() {
 }
 
 void frmLineCut::Store_Graph_Picture() {
-  std::string path = Proposal(".jpg");
-  if (!context_.host.Choose_Save_File(Store_Picture_Caption, Store_Picture_Filter, path) || path.empty())
-    return;
-  const QImage image = Draw_To_Image(Picture1->size(), [this](Plot_Surface& s) { Draw(s); });
-  std::string message;
-  if (!pvx::Store_Picture(image, path, message)) context_.host.Show_Message(message);
+  Store_Picture_Of_Graph(context_, *Picture1, Proposal(".jpg"));
 }
 
 }  // namespace pvx

@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <string>
 
+#include "graph_window.h"
 #include "gui_context.h"
 #include "results/cut_history_plot.h"
 #include "results/line_cut.h"
@@ -39,8 +40,6 @@ class frmcut : public QWidget {
   Cut_Direction& direction_;
 };
 
-class Cut_Graph_Picture;
-
 // "Results from linecut": the graph, "Fixed axis" with its "Minimum" and "Maximum" boxes, the
 // "Factor" of the strength curve (stresses only), and the two store buttons.
 class frmLineCut : public QWidget {
@@ -69,7 +68,7 @@ class frmLineCut : public QWidget {
   const Cut_Plot& Drawn() const { return drawn_; }
   bool Metric() const { return metric_; }
 
-  QWidget* Picture1 = nullptr;
+  Graph_Picture* Picture1 = nullptr;
   QCheckBox* Check_Fixed = nullptr;
   QLineEdit* Text_Minimum = nullptr;
   QLineEdit* Text_Maximum = nullptr;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <initializer_list>
+#include <iterator>
 
 #include "app/units.h"
 
@@ -73,7 +74,7 @@ struct Column_Def {
 constexpr Cell_Align L = Cell_Align::Left;
 constexpr Cell_Align R = Cell_Align::Right;
 
-std::vector<Report_Column> Columns(std::initializer_list<Column_Def> defs) {
+std::vector<Report_Column> Columns(const std::vector<Column_Def>& defs) {
   std::vector<Report_Column> columns;
   int tab = 0;
   for (const Column_Def& s : defs) {
@@ -298,6 +299,40 @@ Report_Table Hygral_Table(const Project& p, const Units& u, Kinds_In_Use& in_use
   return t;
 }
 
+// Supports and loads begin alike: the category, the number, the nodes of a line, when the
+// condition acts, and its direction; `own` are the columns of the kind that follow.
+std::vector<Column_Def> Point_Line_Columns(std::initializer_list<Column_Def> own) {
+  std::vector<Column_Def> defs{{"cat.", 13, L},     {"nr.", 5},           {"nodes", 12, L},
+                               {"from", 9, R, "h"}, {"until", 9, R, "h"}, {"angle", 9, R, "o"},
+                               {"ref.", 8, L}};
+  defs.insert(defs.end(), own);
+  return defs;
+}
+
+// A row per point, then a row per line, each beginning with the cells of Point_Line_Columns, then
+// `own_cells(condition, line)`. A point's angle always counts from the X axis: it has no side to
+// count from.
+template <class Condition, class Own_Cells>
+void Add_Point_Line_Rows(Report_Table& t, const char* point_category, const Table<Condition>& points,
+                         const char* line_category, const Table<Condition>& lines, Own_Cells own_cells) {
+  auto add = [&](const char* category, int i, const Condition& c, bool line) {
+    std::vector<std::string> row{category,
+                                 std::to_string(i),
+                                 line ? Node_Pair(c.Node_A, c.Node_B) : "",
+                                 Num(c.Present_From, 2),
+                                 Num(c.Until, 2),
+                                 Num(c.Angle, 2),
+                                 !line || c.Is_Global != 0 ? "global" : "local"};
+    std::vector<std::string> own = own_cells(c, line);
+    row.insert(row.end(), std::make_move_iterator(own.begin()), std::make_move_iterator(own.end()));
+    t.Rows.push_back(std::move(row));
+  };
+  for (int i = 1; i <= points.count(); ++i)
+    add(point_category, i, points[i], false);
+  for (int i = 1; i <= lines.count(); ++i)
+    add(line_category, i, lines[i], true);
+}
+
 // The mechanical section: supports, loads, and the out-of-plane state, under one heading carried
 // by the first of them.
 void Mechanical_Tables(const Project& p, const Units& u, Kinds_In_Use& in_use,
@@ -305,63 +340,36 @@ void Mechanical_Tables(const Project& p, const Units& u, Kinds_In_Use& in_use,
   const char* heading = "MECHANICAL BOUNDARY CONDITIONS";
   const std::string mm = u.Name(Unit_Length_mm, "mm");
   if (!p.Point_Support.empty() || !p.Line_Support.empty()) {
-    Report_Table t = Make_Table(Report_Table_Kind::Supports, heading,
-                                Columns({{"cat.", 13, L},
-                                         {"nr.", 5},
-                                         {"nodes", 12, L},
-                                         {"from", 9, R, "h"},
-                                         {"until", 9, R, "h"},
-                                         {"angle", 9, R, "o"},
-                                         {"ref.", 8, L},
-                                         {"fixed", 6, L},
-                                         {"displ.", 7},
-                                         {"spring", 7},
-                                         {"offset", 11, R, mm}}));
-    // A point's angle always counts from the X axis: it has no side to count from.
-    auto add = [&](const char* category, int i, const Support& s, bool line) {
-      t.Rows.push_back(
-          {category, std::to_string(i), line ? Node_Pair(s.Node_A, s.Node_B) : "", Num(s.Present_From, 2),
-           Num(s.Until, 2), Num(s.Angle, 2), !line || s.Is_Global != 0 ? "global" : "local",
-           Yes_No(s.Is_Fixed),
-           Function_Cell(s.Has_Function != 0, s.Displacement_Function, Kind_Displacement, in_use),
-           Function_Cell(s.Is_Spring != 0, s.Spring_Function, Kind_Spring, in_use),
-           s.Has_Offset != 0 ? u.Length(s.Reference_Value) : Not_Used});
-    };
-    for (int i = 1; i <= p.Point_Support.count(); ++i)
-      add("point supp.", i, p.Point_Support[i], false);
-    for (int i = 1; i <= p.Line_Support.count(); ++i)
-      add("line supp.", i, p.Line_Support[i], true);
+    Report_Table t = Make_Table(
+        Report_Table_Kind::Supports, heading,
+        Columns(Point_Line_Columns({{"fixed", 6, L}, {"displ.", 7}, {"spring", 7}, {"offset", 11, R, mm}})));
+    Add_Point_Line_Rows(
+        t, "point supp.", p.Point_Support, "line supp.", p.Line_Support,
+        [&](const Support& s, bool) -> std::vector<std::string> {
+          return {Yes_No(s.Is_Fixed),
+                  Function_Cell(s.Has_Function != 0, s.Displacement_Function, Kind_Displacement, in_use),
+                  Function_Cell(s.Is_Spring != 0, s.Spring_Function, Kind_Spring, in_use),
+                  s.Has_Offset != 0 ? u.Length(s.Reference_Value) : Not_Used};
+        });
     out.push_back(std::move(t));
     heading = "";
   }
   if (!p.Point_Load.empty() || !p.Line_Load.empty()) {
     Report_Table t = Make_Table(Report_Table_Kind::Loads, heading,
-                                Columns({{"cat.", 13, L},
-                                         {"nr.", 5},
-                                         {"nodes", 12, L},
-                                         {"from", 9, R, "h"},
-                                         {"until", 9, R, "h"},
-                                         {"angle", 9, R, "o"},
-                                         {"ref.", 8, L},
-                                         {"force", 11, R, u.Name(Unit_Force_N, "N")},
-                                         {"press.", 10, R, u.Name(Unit_Stress, "MPa")},
-                                         {"load", 11},
-                                         {"factor", 9}}));
+                                Columns(Point_Line_Columns({{"force", 11, R, u.Name(Unit_Force_N, "N")},
+                                                            {"press.", 10, R, u.Name(Unit_Stress, "MPa")},
+                                                            {"load", 11},
+                                                            {"factor", 9}})));
     // "load" says how the load follows time: its function, its water level, or "const.".
-    auto add = [&](const char* category, int i, const Load& l, bool line) {
-      std::string how = l.Is_Function != 0 ? Function_Cell(true, l.Load_Function, Kind_Load, in_use)
-                        : l.Is_Level != 0  ? u.Level(l.Level)
-                                           : "const.";
-      t.Rows.push_back({category, std::to_string(i), line ? Node_Pair(l.Node_A, l.Node_B) : "",
-                        Num(l.Present_From, 2), Num(l.Until, 2), Num(l.Angle, 2),
-                        !line || l.Is_Global != 0 ? "global" : "local",
-                        line ? "" : Num(u.Value(Unit_Force_N, l.Value), 2),
-                        line ? Num(u.Value(Unit_Stress, l.Value), 4) : "", std::move(how), Num(l.Factor, 3)});
-    };
-    for (int i = 1; i <= p.Point_Load.count(); ++i)
-      add("point load", i, p.Point_Load[i], false);
-    for (int i = 1; i <= p.Line_Load.count(); ++i)
-      add("line load", i, p.Line_Load[i], true);
+    Add_Point_Line_Rows(
+        t, "point load", p.Point_Load, "line load", p.Line_Load,
+        [&](const Load& l, bool line) -> std::vector<std::string> {
+          std::string how = l.Is_Function != 0 ? Function_Cell(true, l.Load_Function, Kind_Load, in_use)
+                            : l.Is_Level != 0  ? u.Level(l.Level)
+                                               : "const.";
+          return {line ? "" : Num(u.Value(Unit_Force_N, l.Value), 2),
+                  line ? Num(u.Value(Unit_Stress, l.Value), 4) : "", std::move(how), Num(l.Factor, 3)};
+        });
     out.push_back(std::move(t));
     heading = "";
   }

@@ -202,30 +202,6 @@ bool Edit_Cut_Axis(Cut_Graph_Settings& settings, Axis_Box box, double value, std
   return true;
 }
 
-void Set_History_Axes(History_Data& h, History_Scale& scale) {
-  if (!scale.Fixed) {
-    double low = 0, high = 0;
-    if (!h.Values.empty()) {
-      const auto [min, max] = std::minmax_element(h.Values.begin(), h.Values.end());
-      low = *min;
-      high = *max;
-    }
-    double time_max = h.Stored > 0 && h.Storage_Time.valid(h.Stored) ? h.Storage_Time[h.Stored] : 0.0;
-    if (!(time_max > 0)) time_max = 1;
-    if (!(high > low)) high = low + 1;
-    scale.TimeMin = 0;
-    scale.TimeMax = time_max;
-    scale.ValueMin = low;
-    scale.ValueMax = high;
-  }
-  h.TimeMin = scale.TimeMin;
-  h.TimeMax = scale.TimeMax;
-  h.ValueMin = scale.ValueMin;
-  h.ValueMax = scale.ValueMax;
-  h.TimeScale = 6000 / (h.TimeMax - h.TimeMin);
-  h.ValueScale = 4500 / (h.ValueMax - h.ValueMin);
-}
-
 std::string History_Time_Box_Text(double time) {
   return Format_Number_Trimmed(time, 12, 2);
 }

@@ -95,13 +95,6 @@ Cut_Plot Plot_Cut(Plot_Surface& surface, const Line_Cut& cut, const Cut_Graph_Se
 enum class Axis_Box { Minimum, Maximum };
 bool Edit_Cut_Axis(Cut_Graph_Settings& settings, Axis_Box box, double value, std::string& message);
 
-// The axes of a history graph from its curves: unless `scale.Fixed`, the time from 0 to the last
-// stored time and the values over all curves, an extent that is not positive made one long, and
-// these become the scale's four values; then the graph takes the scale's values, TimeScale = 6000 /
-// (TimeMax - TimeMin) and ValueScale = 4500 / (ValueMax - ValueMin). The same axes as
-// Collect_History sets, without reading the records again.
-void Set_History_Axes(History_Data& h, History_Scale& scale);
-
 // The texts of the scale window.
 inline constexpr const char* Scales_Caption = "Scale Wizzard";
 inline constexpr const char* Scale_Order_Message = "minimum >= maximum";

@@ -44,8 +44,6 @@ bool Collect_History(Result_Family& family, const Project& p, const Run_Index& i
     Run_Index run_index;
     if (!Read_Run_Index(family, r, p.File_Version, false, run_index, message)) return false;
   }
-  bool first = true;
-  double low = 0, high = 0;
   for (int r = 1; r <= h.Runs; ++r)
     for (int s = 1; s <= h.Stored; ++s) {
       if (!Read_Result_Variable(family, r, slot, s, variable, to_imperial, buffers, message)) return false;
@@ -64,19 +62,24 @@ bool Collect_History(Result_Family& family, const Project& p, const Run_Index& i
         }
         HistoryValues(h, r, i, s) = value;
         HistoryStrength(h, r, i, s) = strength;
-        if (first) {
-          low = high = value;
-          first = false;
-        }
-        low = std::min(low, value);
-        high = std::max(high, value);
       }
     }
 
-  double time_max = h.Stored > 0 ? h.Storage_Time[h.Stored] : 0.0;
-  if (!(time_max > 0)) time_max = 1;
-  if (!(high > low)) high = low + 1;
+  Set_History_Axes(h, scale);
+  return true;
+}
+
+void Set_History_Axes(History_Data& h, History_Scale& scale) {
   if (!scale.Fixed) {
+    double low = 0, high = 0;
+    if (!h.Values.empty()) {
+      const auto [min, max] = std::minmax_element(h.Values.begin(), h.Values.end());
+      low = *min;
+      high = *max;
+    }
+    double time_max = h.Stored > 0 && h.Storage_Time.valid(h.Stored) ? h.Storage_Time[h.Stored] : 0.0;
+    if (!(time_max > 0)) time_max = 1;
+    if (!(high > low)) high = low + 1;
     scale.TimeMin = 0;
     scale.TimeMax = time_max;
     scale.ValueMin = low;
@@ -88,7 +91,6 @@ bool Collect_History(Result_Family& family, const Project& p, const Run_Index& i
   h.ValueMax = scale.ValueMax;
   h.TimeScale = 6000 / (h.TimeMax - h.TimeMin);
   h.ValueScale = 4500 / (h.ValueMax - h.ValueMin);
-  return true;
 }
 
 double History_Picture_X(const History_Data& h, double time) {

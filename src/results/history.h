@@ -77,15 +77,19 @@ bool Is_History_Variable(int variable);
 // file version), so a run whose files hold fewer stored steps fails with the reader's message. Every stored
 // step of every run is read once, into buffers of its own (the viewer's record stays as it is); each point
 // takes Value_At_Point of its element and local coordinates, whether or not its element is active then; on
-// the reaction page (21) item p is the reaction of support p. The value axis runs over all values (the first
-// sets both ends), the time axis from 0 to the last stored time; an extent that is not positive is made one
-// long. With `scale.Fixed` its four values are the axes; otherwise they are set from those found. Then
-// TimeScale = 6000 / (TimeMax - TimeMin) and ValueScale = 4500 / (ValueMax - ValueMin).
-// False without a message for a variable without a history; false with the reader's message when
-// a record cannot be read.
+// the reaction page (21) item p is the reaction of support p. The axes are then set as
+// Set_History_Axes sets them. False without a message for a variable without a history; false with
+// the reader's message when a record cannot be read.
 bool Collect_History(Result_Family& family, const Project& p, const Run_Index& index, int variable,
                      const Table<History_Point>& points, const Table<std::int32_t>& supports,
                      bool to_imperial, History_Scale& scale, History_Data& data, std::string& message);
+
+// The axes of a history graph from its curves: unless `scale.Fixed`, the time from 0 to the last
+// stored time and the values over all curves, an extent that is not positive made one long, and
+// these become the scale's four values; then the graph takes the scale's values, TimeScale = 6000 /
+// (TimeMax - TimeMin) and ValueScale = 4500 / (ValueMax - ValueMin). Collect_History ends with it;
+// the "Scale Wizzard" calls it again after a scale changed, without reading the records again.
+void Set_History_Axes(History_Data& h, History_Scale& scale);
 
 // The picture of the graph, in twips: times from X = 800 over 6000, values from Y = 4800 up over
 // 4500.

@@ -1,7 +1,5 @@
 // The material viewer's curves of the example database against values worked out by hand from the
-// database text and the laws as written (the heat models, the Arrhenius rate, the isotherm, the
-// diffusion laws, the joint and bar laws, the Maxwell chain as a sum of decaying units), and their
-// picture on the recording surface.
+// database text and the laws as written, and their picture on the recording surface.
 #include "analysis/material_curves.h"
 
 #include <gtest/gtest.h>
@@ -79,9 +77,7 @@ TEST(MaterialCurves, ConstantTablesAreFlatLinesWithTheirCaption) {
     const char* y_title;
   } cases[] = {
       {"C30/37", P::Nu, true, 0.2, "Poisson ratio [-]"},
-      {"Existing", P::E, true, 33000, "Modulus of elasticity [MPa]"},
       {"Existing", P::E, false, 33000 * Ksi_Per_MPa, "Modulus of elasticity [ksi]"},
-      {"Existing", P::Ft, false, 2.9 * Ksi_Per_MPa, "Tensile strength [ksi]"},
       {"C30/37", P::Thermal_Dilatation, false, 1e-5 / 1.8, "Thermal dilatation coefficient [1/oF]"},
       {"B500B", P::Steel_Dilatation, true, 1.2e-5, "Thermal dilatancy [1/oC]"},
   };
@@ -92,10 +88,7 @@ TEST(MaterialCurves, ConstantTablesAreFlatLinesWithTheirCaption) {
     EXPECT_EQ(c.Series[0].Y.size(), static_cast<std::size_t>(Curve_Intervals + 1)) << where;
     for (double y : c.Series[0].Y)
       Expect_Near(y, k.value, 1e-6, where);
-    EXPECT_EQ(c.Caption, std::vector<std::string>{Constant_Table_Caption}) << where;
-    EXPECT_EQ(c.X_Title, "Maturity [hours]") << where;
     EXPECT_EQ(c.Y_Title, k.y_title) << where;
-    EXPECT_TRUE(c.Mark_X.empty()) << where;
   }
 }
 
@@ -153,9 +146,7 @@ TEST(MaterialCurves, TemperatureTableReadsAgainstTemperatureInBothSystems) {
     bool metric;
     double x;  // oC or oF
     double value;
-  } cases[] = {{true, -10, 1e-5},         {true, 0, 1e-5},           {true, 20, 1.2e-5},
-               {true, 29, 1.29e-5},       {true, 50, 1.4e-5},        {false, 32, 1e-5 / 1.8},
-               {false, 68, 1.2e-5 / 1.8}, {false, 122, 1.4e-5 / 1.8}};
+  } cases[] = {{true, -10, 1e-5}, {true, 29, 1.29e-5}, {true, 50, 1.4e-5}, {false, 68, 1.2e-5 / 1.8}};
   for (const Case& k : cases) {
     const Material_Curve c = Material_Curve_Of(m, P::Thermal_Dilatation, k.metric);
     EXPECT_EQ(c.X_Title, k.metric ? "Temperature [oC]" : "Temperature [oF]");
@@ -164,156 +155,124 @@ TEST(MaterialCurves, TemperatureTableReadsAgainstTemperatureInBothSystems) {
   }
 }
 
-TEST(MaterialCurves, HeatModelsAgainstTheirFormulasWorkedByHand) {
-  // CORE: H a (M - d) / (1 + a (M - d)) with H 132000, a 0.06, d 4: at 14 hours 0.6 / 1.6 of H.
-  // DANI: H exp(-(a/M)^b) with H 108800, a 40, b 0.9. PIWI: the wet capacity 2450 times the rise.
-  struct Case {
-    const char* material;
-    P property;
-    bool metric;
-    double maturity, value;
-  } cases[] = {
-      {"C30/37", P::Heat, true, 0, 0},
-      {"C30/37", P::Heat, true, 3.5, 0},
-      {"C30/37", P::Heat, true, 4, 0},
-      {"C30/37", P::Heat, true, 14, 49500},
-      {"C30/37", P::Heat, true, 49, 132000 * 2.7 / 3.7},
-      {"C30/37", P::Heat, true, 364, 132000 * 21.6 / 22.6},
-      {"C30/37", P::Heat, false, 14, 49500 * Btu_yd3_Per_kJ_m3},
-      {"C30/37", P::Hydration, true, 14, 0.375},
-      {"C30/37", P::Hydration, true, 364, 21.6 / 22.6},
-      {"C35/45", P::Heat, true, 42, 41782.28081293972},
-      {"C35/45", P::Hydration, true, 42, 41782.28081293972 / 108800},
-      {"C25/30", P::Heat, true, 24, 2450 * 25},
-      {"C25/30", P::Heat, true, 42, 2450 * (25 + 18 * 11.0 / 24)},
-      {"C25/30", P::Heat, true, 700, 2450 * 47},
-      {"C25/30", P::Hydration, true, 24, 25.0 / 47},
-      {"Existing", P::Heat, true, 98, 0},
-      {"Existing", P::Hydration, true, 98, 1},
-  };
-  for (const Case& k : cases) {
-    const std::string where =
-        std::string(k.material) + " " + Property_Name(k.property) + " at " + std::to_string(k.maturity);
-    const Material_Curve c = Material_Curve_Of(Named(k.material), k.property, k.metric);
-    ASSERT_EQ(c.Series.size(), 1u) << where;
-    EXPECT_NEAR(At(c.Series[0], k.maturity), k.value, 1e-6 * std::max(1.0, k.value)) << where;
-  }
-  const Material_Curve core = Material_Curve_Of(Named("C30/37"), P::Heat, true);
-  EXPECT_EQ(core.Caption,
-            (std::vector<std::string>{Core_Heat_Caption, "H [kJ/m3] = 132000   a [1/h] = 0.06   d [h] = 4"}));
-  EXPECT_EQ(core.Y_Title, "Heat of hydration [kJ/m3]");
-  EXPECT_EQ(Material_Curve_Of(Named("C35/45"), P::Heat, false).Y_Title, "Heat of hydration [Btu/yd3]");
-  EXPECT_EQ(Material_Curve_Of(Named("C35/45"), P::Heat, true).Caption[0], Danish_Heat_Caption);
-  const Material_Curve constant = Material_Curve_Of(Named("Existing"), P::Heat, true);
-  EXPECT_EQ(constant.X_Title, "Time [hours]");
-  EXPECT_EQ(constant.Caption, (std::vector<std::string>{Constant_Heat_Caption, "Heat rate = 0 kJ/m3h"}));
-  EXPECT_EQ(Material_Curve_Of(Named("C25/30"), P::Heat, true).Mark_X.size(), 8u);  // the table's points
-}
-
-TEST(MaterialCurves, MaturityRatesFollowTheArrheniusLawAndTheHumidity) {
-  // exp(Q/R (1/293 - 1/(T + 273))) with Q/R 4030, raised by 177 a degree below 20 oC for the slag
-  // cement; the mass concrete divides by 1 + (5 - 5 H)^4.
-  struct Case {
-    const char* material;
-    P property;
-    std::size_t series;
-    double T, rate;
-  } cases[] = {
-      {"C30/37", P::Maturity_Rate, 0, 20, 1},
-      {"C30/37", P::Maturity_Rate, 0, 4, 0.4518205232364601},
-      {"C30/37", P::Maturity_Rate, 0, 32, 1.7179839091905813},
-      {"C35/45", P::Maturity_Rate, 0, 4, 0.25852368743540177},
-      {"C35/45", P::Maturity_Rate, 0, 32, 1.7179839091905813},
-      {"C25/30", P::Maturity_Rate, 1, 20, 1 / 1.0625},  // H 0.9
-      {"C25/30", P::Maturity_Rate, 2, 20, 0.5},         // H 0.8
-      {"C25/30", P::Maturity_Rate, 3, 32, 1.7179839091905813 / (1 + std::pow(1.5, 4))},
-      // 10 (C^0.755 - C^-2.245) / ln C with C 1.3.
-      {"C35/45", P::Weighted_Maturity_Rate, 0, 20, 25.315507794825255},
-  };
-  for (const Case& k : cases) {
-    const std::string where =
-        std::string(k.material) + " " + Property_Name(k.property) + " at " + std::to_string(k.T);
-    const Material_Curve c = Material_Curve_Of(Named(k.material), k.property, true);
-    ASSERT_GT(c.Series.size(), k.series) << where;
-    Expect_Near(At(c.Series[k.series], k.T), k.rate, 1e-6, where);
-  }
-  EXPECT_EQ(Material_Curve_Of(Named("C25/30"), P::Maturity_Rate, true).Series[2].Label, "H = 0.80");
-  EXPECT_EQ(Material_Curve_Of(Named("C30/37"), P::Maturity_Rate, true).Caption,
-            (std::vector<std::string>{" dM/dt = Exp(Q/R*(1/Tref-1/T))", "Q/R [K] = 4030   Tref [K] = 293"}));
-  EXPECT_EQ(Material_Curve_Of(Named("C25/30"), P::Maturity_Rate, true).Caption[0],
-            " dM/dt = (1/(1+(Ac-Ac*H)^Bc) * Exp(Q/R*(1/Tref-1/T))");
-  EXPECT_EQ(Material_Curve_Of(Named("C35/45"), P::Maturity_Rate, true).Caption[0],
-            " dM/dt = Exp(Q/R +dQ/R*(20-T))*(1/Tref-1/T))");
-  // In the imperial system the temperatures are in oF: 20 oC is 68 oF.
-  Expect_Near(At(Material_Curve_Of(Named("C30/37"), P::Maturity_Rate, false).Series[0], 68), 1, 1e-9,
-              "68 oF");
-}
-
-TEST(MaterialCurves, IsothermAndDiffusionAgainstTheirFormulas) {
-  // The formula isotherm at 20 oC saturates at (W/C - 0.17 alpha) C; above h = 1 the air pores
-  // (15 kg/m3) fill up to the limit 1.02. Bazant: D0 (a + (1 - a) / (1 + ((1 - h)/(1 - ht))^4)).
-  struct Case {
-    const char* material;
-    P property;
-    std::size_t series;
-    double h, value;
-  } cases[] = {
-      {"C30/37", P::Isotherm, 0, 0, 0},
-      {"C30/37", P::Isotherm, 0, 1, (0.5 - 0.17 * 0.4) * 330},
-      {"C30/37", P::Isotherm, 2, 1, (0.5 - 0.17 * 0.8) * 330},
-      {"C30/37", P::Isotherm, 2, 1.02, (0.5 - 0.17 * 0.8) * 330 + 15 * 0.02 / 0.01999},
-      {"C30/37", P::Diffusion, 0, 1, 1.2e-5},
-      {"C30/37", P::Diffusion, 0, 0.8, 1.2e-5 * (0.05 + 0.95 / 2)},
-      {"C30/37", P::Diffusion, 0, 0, 1.2e-5 * (0.05 + 0.95 / 626)},
-      {"C35/45", P::Diffusion, 0, 0.51, 1e-7 * std::exp(4.6 * 0.51)},
-      {"C35/45", P::Diffusion, 0, 1.02, 1e-7 * std::exp(4.6)},
-  };
-  for (const Case& k : cases) {
-    const std::string where =
-        std::string(k.material) + " " + Property_Name(k.property) + " at " + std::to_string(k.h);
-    const Material_Curve c = Material_Curve_Of(Named(k.material), k.property, true);
-    ASSERT_GT(c.Series.size(), k.series) << where;
-    EXPECT_NEAR(At(c.Series[k.series], k.h), k.value, 1e-9 * std::max(1.0, k.value)) << where;
-  }
-  const Material_Curve bazant = Material_Curve_Of(Named("C30/37"), P::Diffusion, true);
-  EXPECT_TRUE(bazant.Log_Y);
-  EXPECT_EQ(bazant.Caption,
-            (std::vector<std::string>{Bazant_Caption, "Do [m2/h] = 1.2e-05   a [-] = 0.05   ht [-] = 0.8"}));
-  EXPECT_EQ(Material_Curve_Of(Named("C35/45"), P::Diffusion, true).Caption,
-            (std::vector<std::string>{Mensi_Caption, "A1 [m2/h] = 1e-07   A2 [-] = 4.6"}));
-  EXPECT_EQ(Material_Curve_Of(Named("C30/37"), P::Isotherm, true).Series[2].Label, "D.o.h. 0.8");
-}
-
-TEST(MaterialCurves, CapacityAndConductivityByWaterAndLatentPeak) {
+// The value of a curve at a sampled point against the law worked out by hand from the database.
+TEST(MaterialCurves, PointsOfTheLawsAgainstTheirFormulas) {
   constexpr double Btu_hftF_Per_W_mK = 0.5777893;
-  struct Case {
+  constexpr double Phi_Factor = 0.960479058875367, Tan_Phi = 0.7001922804288622;
+  const struct {
     const char* material;
     P property;
     bool metric;
-    double x, value, tolerance;
+    std::size_t series;
+    double x, value;
+    double tolerance = 1e-6;  // of the value, at least 1
   } cases[] = {
-      {"C25/30", P::Capacity, true, 0, 1900, 1e-9},
-      {"C25/30", P::Capacity, true, 80, 1900 + 80 * 550.0 / 150, 1e-9},
-      {"C25/30", P::Conductivity, true, 80, 1.8 + 80 * 0.6 / 150, 1e-6},
-      {"C25/30", P::Conductivity, false, 80 * 0.764554857984 / 0.45359237, 2.12 * Btu_hftF_Per_W_mK, 1e-5},
-      {"Subsoil", P::Capacity, true, -5, 2000, 1e-9},
-      {"Subsoil", P::Capacity, true, 0, 62000, 1e-9},
-      {"Subsoil", P::Capacity, true, 0.5, 62000, 1e-9},
-      {"Subsoil", P::Capacity, true, 0.500001, 2000, 1e-9},
-      {"C30/37", P::Capacity, true, 100, 2400, 1e-9},
+      // CORE: H a (M - d) / (1 + a (M - d)) with H 132000, a 0.06, d 4: at 14 hours 0.6 / 1.6 of H.
+      // DANI: H exp(-(a/M)^b) with H 108800, a 40, b 0.9. PIWI: the wet capacity 2450 times the rise.
+      {"C30/37", P::Heat, true, 0, 3.5, 0},
+      {"C30/37", P::Heat, true, 0, 14, 49500},
+      {"C30/37", P::Heat, true, 0, 49, 132000 * 2.7 / 3.7},
+      {"C30/37", P::Heat, true, 0, 364, 132000 * 21.6 / 22.6},
+      {"C30/37", P::Heat, false, 0, 14, 49500 * Btu_yd3_Per_kJ_m3},
+      {"C30/37", P::Hydration, true, 0, 14, 0.375},
+      {"C30/37", P::Hydration, true, 0, 364, 21.6 / 22.6},
+      {"C35/45", P::Heat, true, 0, 42, 41782.28081293972},
+      {"C35/45", P::Hydration, true, 0, 42, 41782.28081293972 / 108800},
+      {"C25/30", P::Heat, true, 0, 42, 2450 * (25 + 18 * 11.0 / 24)},
+      {"C25/30", P::Heat, true, 0, 700, 2450 * 47},
+      {"C25/30", P::Hydration, true, 0, 24, 25.0 / 47},
+      {"Existing", P::Heat, true, 0, 98, 0},
+      {"Existing", P::Hydration, true, 0, 98, 1},
+      // exp(Q/R (1/293 - 1/(T + 273))) with Q/R 4030, raised by 177 a degree below 20 oC for the
+      // slag cement; the mass concrete divides by 1 + (5 - 5 H)^4 (series 1 to 3: H 0.9, 0.8, 0.7).
+      // In the imperial system the temperatures are in oF: 20 oC is 68 oF.
+      {"C30/37", P::Maturity_Rate, true, 0, 4, 0.4518205232364601},
+      {"C30/37", P::Maturity_Rate, true, 0, 32, 1.7179839091905813},
+      {"C30/37", P::Maturity_Rate, false, 0, 68, 1, 1e-9},
+      {"C35/45", P::Maturity_Rate, true, 0, 4, 0.25852368743540177},
+      {"C35/45", P::Maturity_Rate, true, 0, 32, 1.7179839091905813},
+      {"C25/30", P::Maturity_Rate, true, 1, 20, 1 / 1.0625},
+      {"C25/30", P::Maturity_Rate, true, 2, 20, 0.5},
+      {"C25/30", P::Maturity_Rate, true, 3, 32, 1.7179839091905813 / (1 + std::pow(1.5, 4))},
+      // 10 (C^0.755 - C^-2.245) / ln C with C 1.3.
+      {"C35/45", P::Weighted_Maturity_Rate, true, 0, 20, 25.315507794825255},
+      // The formula isotherm at 20 oC saturates at (W/C - 0.17 alpha) C; above h = 1 the air pores
+      // (15 kg/m3) fill up to the limit 1.02. Bazant: D0 (a + (1 - a) / (1 + ((1 - h)/(1 - ht))^4)).
+      {"C30/37", P::Isotherm, true, 0, 0, 0, 1e-9},
+      {"C30/37", P::Isotherm, true, 0, 1, (0.5 - 0.17 * 0.4) * 330, 1e-9},
+      {"C30/37", P::Isotherm, true, 2, 1, (0.5 - 0.17 * 0.8) * 330, 1e-9},
+      {"C30/37", P::Isotherm, true, 2, 1.02, (0.5 - 0.17 * 0.8) * 330 + 15 * 0.02 / 0.01999, 1e-9},
+      {"C30/37", P::Diffusion, true, 0, 1, 1.2e-5, 1e-9},
+      {"C30/37", P::Diffusion, true, 0, 0.8, 1.2e-5 * (0.05 + 0.95 / 2), 1e-9},
+      {"C30/37", P::Diffusion, true, 0, 0, 1.2e-5 * (0.05 + 0.95 / 626), 1e-9},
+      {"C35/45", P::Diffusion, true, 0, 0.51, 1e-7 * std::exp(4.6 * 0.51), 1e-9},
+      {"C35/45", P::Diffusion, true, 0, 1.02, 1e-7 * std::exp(4.6), 1e-9},
+      // Capacity and conductivity grow with the water up to 150 kg/m3; a latent peak one degree wide.
+      {"C25/30", P::Capacity, true, 0, 0, 1900, 1e-9},
+      {"C25/30", P::Capacity, true, 0, 80, 1900 + 80 * 550.0 / 150, 1e-9},
+      {"C25/30", P::Conductivity, true, 0, 80, 1.8 + 80 * 0.6 / 150},
+      {"C25/30", P::Conductivity, false, 0, 80 * 0.764554857984 / 0.45359237, 2.12 * Btu_hftF_Per_W_mK, 1e-5},
+      {"Subsoil", P::Capacity, true, 0, 0, 62000, 1e-9},
+      {"Subsoil", P::Capacity, true, 0, 0.5, 62000, 1e-9},
+      {"Subsoil", P::Capacity, true, 0, 0.500001, 2000, 1e-9},
+      {"C30/37", P::Capacity, true, 0, 100, 2400, 1e-9},
+      // Joint type A: ft 1 MPa, s1 0.3 ft, w1 0.02, w2 0.15 mm, normal stiffness 100 N/mm3: elastic
+      // up to e0 = 0.01 mm, the knee at 0.03 mm, zero stress at 0.16 mm. Shear of a closed joint:
+      // 40 N/mm3 up to the cohesion ft (1 - slip/0.5) (1 + sin 35)/(2 cos 35), plus tan 35 under
+      // 1 MPa (series 1). In inches and ksi in the imperial system.
+      {"Construction", P::Joint_Normal, true, 0, 0.005, 0.5, 1e-9},
+      {"Construction", P::Joint_Normal, true, 0, 0.01, 1, 1e-9},
+      {"Construction", P::Joint_Normal, false, 0, 0.01 * 0.03937, Ksi_Per_MPa, 1e-9},
+      {"Construction", P::Joint_Normal, true, 0, 0.02, 0.65, 1e-9},
+      {"Construction", P::Joint_Normal, true, 0, 0.03, 0.3, 1e-9},
+      {"Construction", P::Joint_Normal, true, 0, 0.095, 0.15, 1e-9},
+      {"Construction", P::Joint_Normal, true, 0, 0.16, 0, 1e-9},
+      {"Construction", P::Joint_Normal, true, 0, 0.2, 0, 1e-9},
+      {"Construction", P::Joint_Shear, true, 0, 0.007, 0.28, 1e-9},
+      {"Construction", P::Joint_Shear, true, 0, 0.245, Phi_Factor * 0.51, 1e-9},
+      {"Construction", P::Joint_Shear, true, 0, 0.49, Phi_Factor * 0.02, 1e-9},
+      {"Construction", P::Joint_Shear, true, 0, 0.595, 0, 1e-9},
+      {"Construction", P::Joint_Shear, true, 1, 0.245, Phi_Factor * 0.51 + Tan_Phi, 1e-9},
+      // Type C: the openings 0.012 and 0.012 + 0.02, 0.1, 0.3 mm carry the table's stresses.
+      {"Rough", P::Joint_Normal, true, 0, 0.006, 0.6, 1e-9},
+      {"Rough", P::Joint_Normal, true, 0, 0.012, 1.2, 1e-9},
+      {"Rough", P::Joint_Normal, true, 0, 0.032, 0.5, 1e-9},
+      {"Rough", P::Joint_Normal, true, 0, 0.112, 0.15, 1e-9},
+      {"Rough", P::Joint_Normal, true, 0, 0.312, 0, 1e-9},
+      // Type B: no tension, 10 N/mm3 in compression; friction 0.2 under 1 MPa after 0.01 N/mm3.
+      {"Sliding", P::Joint_Normal, true, 0, -0.05, -0.5, 1e-9},
+      {"Sliding", P::Joint_Normal, true, 0, 0.05, 0, 1e-9},
+      {"Sliding", P::Joint_Shear, true, 0, 10, 0, 1e-9},
+      {"Sliding", P::Joint_Shear, true, 1, 10, 0.1, 1e-9},
+      {"Sliding", P::Joint_Shear, true, 1, 30, 0.2, 1e-9},
+      // The chain's unit 5: 0.45 at 168 hours, 0.50 at 672; halfway between them 0.475; held beyond.
+      {"C30/37", P::Chain_Coefficients, true, 4, 168, 0.45, 1e-12},
+      {"C30/37", P::Chain_Coefficients, true, 4, 420, 0.475, 1e-12},
+      {"C30/37", P::Chain_Coefficients, true, 4, 700, 0.5, 1e-12},
+      {"C30/37", P::Chain_Coefficients, true, 0, 0, 0.3, 1e-12},
   };
-  for (const Case& k : cases) {
-    const std::string where =
-        std::string(k.material) + " " + Property_Name(k.property) + " at " + std::to_string(k.x);
+  for (const auto& k : cases) {
+    const std::string where = std::string(k.material) + " " + Property_Name(k.property) + " at " +
+                              std::to_string(k.x) + (k.metric ? "" : " imperial");
     const Material_Curve c = Material_Curve_Of(Named(k.material), k.property, k.metric);
-    ASSERT_EQ(c.Series.size(), 1u) << where;
-    Expect_Near(At(c.Series[0], k.x), k.value, k.tolerance, where);
+    ASSERT_GT(c.Series.size(), k.series) << where;
+    EXPECT_NEAR(At(c.Series[k.series], k.x), k.value, k.tolerance * std::max(1.0, std::abs(k.value)))
+        << where;
   }
-  EXPECT_EQ(Material_Curve_Of(Named("C30/37"), P::Capacity, true).Caption,
-            (std::vector<std::string>{Constant_Capacity_Caption, "Capacity [kJ/m3K] = 2400"}));
-  EXPECT_EQ(Material_Curve_Of(Named("C25/30"), P::Conductivity, true).Caption,
-            std::vector<std::string>{"Conductivity [W/mK]: dry = 1.8   wet = 2.4 at 150 kg/m3 of water"});
+  // The titles, labels and marks that tell the curves apart.
+  EXPECT_EQ(Material_Curve_Of(Named("C30/37"), P::Heat, true).Caption[1],
+            "H [kJ/m3] = 132000   a [1/h] = 0.06   d [h] = 4");
+  EXPECT_EQ(Material_Curve_Of(Named("C35/45"), P::Heat, false).Y_Title, "Heat of hydration [Btu/yd3]");
+  EXPECT_EQ(Material_Curve_Of(Named("C25/30"), P::Heat, true).Mark_X.size(), 8u);  // the table's points
+  EXPECT_EQ(Material_Curve_Of(Named("C25/30"), P::Maturity_Rate, true).Series[2].Label, "H = 0.80");
+  EXPECT_TRUE(Material_Curve_Of(Named("C30/37"), P::Diffusion, true).Log_Y);
+  EXPECT_EQ(Material_Curve_Of(Named("C30/37"), P::Isotherm, true).Series[2].Label, "D.o.h. 0.8");
   EXPECT_EQ(Material_Curve_Of(Named("Subsoil"), P::Capacity, false).X_Title, "Temperature [oF]");
+  EXPECT_EQ(Material_Curve_Of(Named("Rough"), P::Joint_Normal, true).Mark_X,
+            (std::vector<double>{0.012, 0.032, 0.112, 0.312}));
+  const Material_Curve chain = Material_Curve_Of(Named("C30/37"), P::Chain_Coefficients, true);
+  EXPECT_EQ(chain.Series[4].Label, "tau = 5000 h");
+  EXPECT_EQ(chain.Mark_X.size(), 30u);  // six rows of five units
 }
 
 TEST(MaterialCurves, SteelAndBondCurvesPassThroughTheirTablePoints) {
@@ -324,7 +283,6 @@ TEST(MaterialCurves, SteelAndBondCurvesPassThroughTheirTablePoints) {
     double x_factor;
   } cases[] = {
       {P::Steel, true, {{0, 0}, {2.5, 500}, {50, 540}}, 1},
-      {P::Steel, false, {{0, 0}, {2.5, 500}, {50, 540}}, 1},
       {P::Bond, true, {{0, 0}, {0.6, 10}, {2, 12}}, 1},
       {P::Bond, false, {{0, 0}, {0.6, 10}, {2, 12}}, 0.03937},
   };
@@ -346,57 +304,6 @@ TEST(MaterialCurves, SteelAndBondCurvesPassThroughTheirTablePoints) {
   }
   EXPECT_EQ(Material_Curve_Of(Named("B500B"), P::Steel, true).X_Title, "Strain [1/1000]");
   EXPECT_EQ(Material_Curve_Of(Named("B500B"), P::Bond, false).X_Title, "Slip [in]");
-}
-
-TEST(MaterialCurves, JointCurvesFollowTheTypeALawAndTheTypeCTable) {
-  // Type A: ft 1 MPa, s1 0.3 ft, w1 0.02, w2 0.15 mm, normal stiffness 100 N/mm3: elastic up to
-  // e0 = 0.01 mm, the knee at 0.03 mm, zero stress at 0.16 mm. Shear of a closed joint: 40 N/mm3
-  // up to the cohesion ft (1 - slip/0.5) (1 + sin 35)/(2 cos 35), plus tan 35 under 1 MPa.
-  // Type C: the openings 0.012 and 0.012 + 0.02, 0.1, 0.3 mm carry the table's stresses.
-  constexpr double Phi_Factor = 0.960479058875367, Tan_Phi = 0.7001922804288622;
-  struct Case {
-    const char* material;
-    P property;
-    std::size_t series;
-    double x, value;
-  } cases[] = {
-      {"Construction", P::Joint_Normal, 0, 0.005, 0.5},
-      {"Construction", P::Joint_Normal, 0, 0.01, 1},
-      {"Construction", P::Joint_Normal, 0, 0.02, 0.65},
-      {"Construction", P::Joint_Normal, 0, 0.03, 0.3},
-      {"Construction", P::Joint_Normal, 0, 0.095, 0.15},
-      {"Construction", P::Joint_Normal, 0, 0.16, 0},
-      {"Construction", P::Joint_Normal, 0, 0.2, 0},
-      {"Construction", P::Joint_Shear, 0, 0.007, 0.28},
-      {"Construction", P::Joint_Shear, 0, 0.245, Phi_Factor * 0.51},
-      {"Construction", P::Joint_Shear, 0, 0.49, Phi_Factor * 0.02},
-      {"Construction", P::Joint_Shear, 0, 0.595, 0},
-      {"Construction", P::Joint_Shear, 1, 0.245, Phi_Factor * 0.51 + Tan_Phi},
-      {"Rough", P::Joint_Normal, 0, 0.006, 0.6},
-      {"Rough", P::Joint_Normal, 0, 0.012, 1.2},
-      {"Rough", P::Joint_Normal, 0, 0.032, 0.5},
-      {"Rough", P::Joint_Normal, 0, 0.112, 0.15},
-      {"Rough", P::Joint_Normal, 0, 0.312, 0},
-      // Type B: no tension, 10 N/mm3 in compression; friction 0.2 under 1 MPa after 0.01 N/mm3.
-      {"Sliding", P::Joint_Normal, 0, -0.05, -0.5},
-      {"Sliding", P::Joint_Normal, 0, 0.05, 0},
-      {"Sliding", P::Joint_Shear, 0, 10, 0},
-      {"Sliding", P::Joint_Shear, 1, 10, 0.1},
-      {"Sliding", P::Joint_Shear, 1, 30, 0.2},
-  };
-  for (const Case& k : cases) {
-    const std::string where =
-        std::string(k.material) + " " + Property_Name(k.property) + " at " + std::to_string(k.x);
-    const Material_Curve c = Material_Curve_Of(Named(k.material), k.property, true);
-    ASSERT_GT(c.Series.size(), k.series) << where;
-    EXPECT_NEAR(At(c.Series[k.series], k.x), k.value, 1e-9) << where;
-  }
-  const Material_Curve table = Material_Curve_Of(Named("Rough"), P::Joint_Normal, true);
-  EXPECT_EQ(table.Mark_X, (std::vector<double>{0.012, 0.032, 0.112, 0.312}));
-  EXPECT_EQ(table.Mark_Y, (std::vector<double>{1.2, 0.5, 0.15, 0}));
-  // In the imperial system the opening is in inches and the stress in ksi.
-  const Material_Curve imperial = Material_Curve_Of(Named("Construction"), P::Joint_Normal, false);
-  Expect_Near(At(imperial.Series[0], 0.01 * 0.03937), Ksi_Per_MPa, 1e-9, "imperial e0");
 }
 
 TEST(MaterialCurves, ChainRelaxationIsTheSumOfItsDecayingUnits) {
@@ -427,15 +334,6 @@ TEST(MaterialCurves, ChainRelaxationIsTheSumOfItsDecayingUnits) {
       Expect_Near(s.Y[i], expected, 1e-5, s.Label + " at " + std::to_string(s.X[i]));
     }
   }
-  // The Burger body: at first only its Maxwell spring answers (15000 MPa at 24 hours), then it
-  // relaxes.
-  const Material_Curve burger = Material_Curve_Of(Named("C25/30"), P::Relaxation, true);
-  ASSERT_EQ(burger.Series.size(), 4u);
-  const std::vector<double>& y = burger.Series[0].Y;
-  Expect_Near(y.front(), 15000, 1e-3, "Burger at 0.01 h");
-  EXPECT_LT(y.back(), 0.5 * y.front());
-  for (std::size_t i = 1; i < y.size(); ++i)
-    EXPECT_LE(y[i], y[i - 1]) << "Burger at " << burger.Series[0].X[i];
 }
 
 Property_Table Constant(float value) {
@@ -474,18 +372,6 @@ TEST(MaterialCurves, BurgerRelaxationAgainstTheBodysClosedForm) {
           ((q1 - q2 * r1) * std::exp(-r1 * t) - (q1 - q2 * r2) * std::exp(-r2 * t)) / root;
       EXPECT_NEAR(s.Y[i], expected, 2e-4 * A) << s.Label << " at " << t;
     }
-}
-
-TEST(MaterialCurves, ChainCoefficientsFollowTheRowsOfTheModulus) {
-  const Material_Curve c = Material_Curve_Of(Named("C30/37"), P::Chain_Coefficients, true);
-  ASSERT_EQ(c.Series.size(), 5u);
-  EXPECT_EQ(c.Series[4].Label, "tau = 5000 h");
-  // Unit 5: 0.45 at 168 hours, 0.50 at 672; halfway between them 0.475; held beyond.
-  Expect_Near(At(c.Series[4], 168), 0.45, 1e-12, "168");
-  Expect_Near(At(c.Series[4], 420), 0.475, 1e-12, "420");
-  Expect_Near(At(c.Series[4], 700), 0.5, 1e-12, "700");
-  Expect_Near(At(c.Series[0], 0), 0.3, 1e-12, "0");
-  EXPECT_EQ(c.Mark_X.size(), 30u);  // six rows of five units
 }
 
 TEST(MaterialCurves, EachKindOfMaterialOffersItsCurves) {

