@@ -20,5 +20,6 @@ void Add_Plot_Commands(CLI::App& app, int& status);      // plot
 void Add_Report_Commands(CLI::App& app, int& status);    // report
 void Add_Cut_Commands(CLI::App& app, int& status);       // cut, history
 void Add_Export_Commands(CLI::App& app, int& status);    // export
+void Add_Study_Commands(CLI::App& app, int& status);     // study
 
 }  // namespace pvx::cli
