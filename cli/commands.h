@@ -21,5 +21,6 @@ void Add_Report_Commands(CLI::App& app, int& status);    // report
 void Add_Cut_Commands(CLI::App& app, int& status);       // cut, history
 void Add_Export_Commands(CLI::App& app, int& status);    // export
 void Add_Study_Commands(CLI::App& app, int& status);     // study
+void Add_Design_Commands(CLI::App& app, int& status);    // design
 
 }  // namespace pvx::cli

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
   pvx::cli::Add_Cut_Commands(app, status);
   pvx::cli::Add_Export_Commands(app, status);
   pvx::cli::Add_Study_Commands(app, status);
+  pvx::cli::Add_Design_Commands(app, status);
   CLI11_PARSE(app, argc, argv);
   return status;
 }
