@@ -1,4 +1,4 @@
-// pvx report: the input specification of a project, as text on standard output or as an A4 PDF
+// pvx report: the input tables of a project, as text on standard output or as an A4 PDF
 // drawn by the same page frame that prints it.
 #include <QDateTime>
 #include <QPageLayout>
@@ -97,20 +97,20 @@ int Write_Pdf(const Project& p, const std::vector<Report_Table>& tables, const s
     QPdfWriter writer(QString::fromStdString(partial));
     writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape,
                                      QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter));
-    writer.setTitle(QString::fromStdString(Printout_Header(p).front() + " Input specification"));
+    writer.setTitle(QString::fromStdString(Printout_Header(p).front() + " input"));
     writer.setCreator(QStringLiteral("KIVA_TRV_PELDANOR_8"));
     pages = Print_Pages(writer, Printout_Header(p), Layout_Tables(tables), QDateTime::currentDateTime());
   }
   std::error_code ec;
   if (pages == 0 || !std::filesystem::exists(partial, ec)) {
     std::filesystem::remove(partial, ec);
-    err << fmt::format("The input specification could not be written to {}\n", target);
+    err << fmt::format("The input tables could not be written to {}\n", target);
     return Exit_Failure;
   }
   std::filesystem::rename(partial, target, ec);
   if (ec) {
     std::filesystem::remove(partial, ec);
-    err << fmt::format("The input specification could not be written to {}\n", target);
+    err << fmt::format("The input tables could not be written to {}\n", target);
     return Exit_Failure;
   }
   out << fmt::format("{}: {} page{}\n", target, pages, pages == 1 ? "" : "s");
@@ -146,7 +146,7 @@ int Report(const Report_Options& o, std::ostream& out, std::ostream& err) {
 }  // namespace
 
 void Add_Report_Commands(CLI::App& app, int& status) {
-  auto* report = app.add_subcommand("report", "Print the input specification of a project as text or PDF");
+  auto* report = app.add_subcommand("report", "Print the input of a project as tables, as text or PDF");
   auto o = std::make_shared<Report_Options>();
   report->add_option("PROJECT", o->path, "Project file (.PVX)")->required();
   auto* sections = report->add_option(

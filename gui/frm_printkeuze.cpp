@@ -110,11 +110,11 @@ void frmPrintkeuze::Printknop_Click() {
   printer.setPageOrientation(QPageLayout::Landscape);
   printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
   const std::vector<std::string> header = Printout_Header(context_.project);
-  printer.setDocName(QString::fromStdString(header.front() + " Input specification"));
+  printer.setDocName(QString::fromStdString(header.front() + " input"));
   printer.setCreator(QStringLiteral("KIVA_TRV_PELDANOR_8"));
   if (!Choose_Printer(printer)) return;
   if (Print_To(printer, QDateTime::currentDateTime()) == 0) {
-    context_.host.Show_Message("The input specification could not be printed.");
+    context_.host.Show_Message("The input tables could not be printed.");
     return;
   }
   accept();

@@ -1,4 +1,4 @@
-// The print selection: the user ticks the sections of the input specification and prints them on a
+// The print selection: the user ticks the sections of the input tables and prints them on a
 // printer (or a PDF file, which the platform's print dialog offers as a printer) in the unit
 // system the session displays. A box whose section has no data is greyed out.
 #pragma once

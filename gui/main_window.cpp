@@ -334,7 +334,7 @@ void mdiPVX::Build_Toolbars() {
   mdv_ = mdv;
   QAction* print = bar2->addAction(Drawn_Icon(Picture::Print), "Print");
   print->setObjectName("Print");
-  print->setToolTip("Print the input specification");
+  print->setToolTip("Print the input of the project");
   print->setEnabled(false);
   connect(print, &QAction::triggered, this, [this] { Show_Print(); });
   print_ = print;

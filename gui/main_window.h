@@ -49,7 +49,7 @@ class mdiPVX : public QMainWindow {
   void Show_Units();
   // "MDV": the material viewer over the database's materials, in the shell's units.
   void Show_Material_Viewer();
-  // The print selection of the input specification, over the loaded project.
+  // The print selection of the input tables, over the loaded project.
   void Show_Print();
   void Show_About();
   void Show_Help();

@@ -1,4 +1,4 @@
-// The printed input specification: the printout's lines on the pages of a printer or a PDF file,
+// The printed input tables: the printout's lines on the pages of a printer or a PDF file,
 // under a running header. Qt GUI only (no widgets), so the batch tool writes the same pages.
 #pragma once
 

@@ -1,4 +1,4 @@
-// The input specification: the project's input printed as fixed-pitch tables under a running
+// The input tables: the project's input printed as fixed-pitch tables under a running
 // header, so that a computation can be checked and filed.
 //
 // The user ticks sections (the ten boxes of the print selection); each ticked section becomes one

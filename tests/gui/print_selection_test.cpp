@@ -126,7 +126,7 @@ TEST(frmPrintkeuze, PrintButtonAsksForAPrinterOnlyWithABoxTickedAndClosesOnceThe
   } const cases[] = {{false, true, true, 0, false, false, ""},
                      {true, false, true, 1, false, false, ""},  // the dialog cancelled
                      {true, true, true, 1, true, true, ""},
-                     {true, true, false, 1, false, false, "The input specification could not be printed."}};
+                     {true, true, false, 1, false, false, "The input tables could not be printed."}};
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << c.tick << c.confirm << c.writable);
     test::Form_Fixture f;

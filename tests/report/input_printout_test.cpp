@@ -1,4 +1,4 @@
-// The input specification: the tables hold the project's values, in either unit system, in the
+// The input printout: the tables hold the project's values, in either unit system, in the
 // printout's order and words; the boxes without data are greyed; the lines are paged.
 #include "report/input_printout.h"
 
