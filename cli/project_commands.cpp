@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "analysis/mechanics/assembly.h"
+#include "analysis/schedule.h"
 #include "app/prescribed_data.h"
 #include "app/project_file.h"
 #include "app/project_load.h"
@@ -46,6 +47,26 @@ bool Open_Project_With_Database(const std::string& path, Project& p, std::ostrea
   }
   After_Opening(p);
   return true;
+}
+
+void Prepare_Run_Set(Project& p, const std::string& project_path, const std::string& output) {
+  if (!output.empty()) {
+    p.Result_File_Name = output;
+  } else if (p.Result_File_Name.empty()) {
+    std::string name = File_Part(project_path);
+    const auto dot = name.find_last_of('.');
+    p.Result_File_Name = (dot == std::string::npos ? name : name.substr(0, dot)) + ".RES";
+  }
+  std::int16_t replaced = 0;
+  if (!p.Mesh_Element.empty())
+    for (int m = 1; m <= p.Material.count(); ++m)
+      if (p.Material[m].Name == p.Mesh_Element[1].Material) {
+        replaced = static_cast<std::int16_t>(m);
+        break;
+      }
+  Run_Window window;
+  if (p.Replace_Material != 0) Choose_Replaced_Material(p, window, replaced);
+  Prepare_Runs(p, replaced);
 }
 
 bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std::ostream& err) {

@@ -15,6 +15,10 @@ std::string Work_Directory_Of(const std::string& project_path);
 bool Open_Project(const std::string& path, Project& p, std::ostream& err);
 // Reads the project and then its material database, as the program loads a project.
 bool Open_Project_With_Database(const std::string& path, Project& p, std::ostream& err);
+// The run set as pvx run computes it: the result family named by `output`, else the project's, else
+// the project file's name with .RES; the variants replace the material of the first element, as the
+// run window proposes; then the runs and their result names.
+void Prepare_Run_Set(Project& p, const std::string& project_path, const std::string& output);
 // Saves under a new name with the folder of that name as work directory.
 bool Save_Project_As(Project& p, const std::string& path, std::ostream& out, std::ostream& err);
 void Print_Summary(const Project& p, std::ostream& out);

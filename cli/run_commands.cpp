@@ -283,24 +283,7 @@ void Add_Run_Commands(CLI::App& app, int& status) {
       status = Exit_Failure;
       return;
     }
-    if (!o->output.empty()) {
-      p.Result_File_Name = o->output;
-    } else if (p.Result_File_Name.empty()) {
-      std::string name = pvx::File_Part(o->project);
-      const auto dot = name.find_last_of('.');
-      p.Result_File_Name = (dot == std::string::npos ? name : name.substr(0, dot)) + ".RES";
-    }
-    // The variants replace the material of the first element, as the run window proposes.
-    Run_Window window;
-    std::int16_t replaced = 0;
-    if (!p.Mesh_Element.empty())
-      for (int m = 1; m <= p.Material.count(); ++m)
-        if (p.Material[m].Name == p.Mesh_Element[1].Material) {
-          replaced = static_cast<std::int16_t>(m);
-          break;
-        }
-    if (p.Replace_Material != 0) Choose_Replaced_Material(p, window, replaced);
-    Prepare_Runs(p, replaced);
+    Prepare_Run_Set(p, o->project, o->output);
     if (p.Mesh_Element.empty()) {
       std::cerr << "The project has no mesh: make one first (pvx mesh --write).\n";
       status = Exit_Failure;

@@ -38,23 +38,7 @@ bool Plan_Study(const Study_Options& o, Project& p, std::vector<Study_Variant>& 
     err << "The project has no mesh: make one first (pvx mesh --write).\n";
     return false;
   }
-  if (!o.output.empty()) {
-    p.Result_File_Name = o.output;
-  } else if (p.Result_File_Name.empty()) {
-    std::string name = File_Part(o.project);
-    const auto dot = name.find_last_of('.');
-    p.Result_File_Name = (dot == std::string::npos ? name : name.substr(0, dot)) + ".RES";
-  }
-  const std::string design_material = p.Mesh_Element[1].Material;
-  std::int16_t replaced = 0;
-  for (int m = 1; m <= p.Material.count(); ++m)
-    if (p.Material[m].Name == design_material) {
-      replaced = static_cast<std::int16_t>(m);
-      break;
-    }
-  Run_Window window;
-  if (p.Replace_Material != 0) Choose_Replaced_Material(p, window, replaced);
-  Prepare_Runs(p, replaced);
+  Prepare_Run_Set(p, o.project, o.output);
 
   Step_Table steps;
   Set_Time_Steps(p, steps);
@@ -69,7 +53,7 @@ bool Plan_Study(const Study_Options& o, Project& p, std::vector<Study_Variant>& 
     // Without material variants the design is computed as it stands, with its own materials.
     v.Material = p.Replace_Material != 0 && p.Run_Material.valid(k) && p.Material.valid(p.Run_Material[k])
                      ? p.Material[p.Run_Material[k]].Name
-                     : design_material;
+                     : p.Mesh_Element[1].Material;
     const auto at = static_cast<std::size_t>(k);
     v.Results = (work / (at < p.Result_Names.size() ? p.Result_Names[at] : p.Result_File_Name)).string();
     v.Expected_Storages = storages;
