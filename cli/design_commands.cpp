@@ -44,6 +44,7 @@ bool Run_Design(const Design_Options& o, std::ostream& out, std::ostream& err) {
   Project p;
   Design_Undo undo;
   Generation_Result result;
+  bool had_mesh = false;
   if (!o.circle.empty()) {
     // The material must be one of the database, which is read with the project.
     if (!Open_Project_With_Database(o.path, p, err)) return false;
@@ -54,6 +55,7 @@ bool Run_Design(const Design_Options& o, std::ostream& out, std::ostream& err) {
     c.Inner_Radius = o.inner;
     c.Segments = o.segments;
     c.Material = o.material;
+    had_mesh = p.Mesh_Element.count() > 0;
     result = Generate_Circle(p, undo, c);
   } else {
     if (!Open_Project(o.path, p, err)) return false;
@@ -68,6 +70,7 @@ bool Run_Design(const Design_Options& o, std::ostream& out, std::ostream& err) {
     h.Y = o.hole[2];
     h.Radius = o.hole[3];
     h.Segments = o.segments;
+    had_mesh = p.Mesh_Element.count() > 0;
     result = Generate_Hole(p, undo, h);
   }
   if (!result.Done) {
@@ -78,6 +81,11 @@ bool Run_Design(const Design_Options& o, std::ostream& out, std::ostream& err) {
   Print_Result(result, out);
   out << fmt::format("Macros:           {}\n", p.Macro.count());
   out << fmt::format("Nodes:            {}\n", Node_Count(p));
+  // The stored mesh and its cuts belong to the macros as they were.
+  if (had_mesh)
+    out << "The mesh was made from the macros as they were before: its first new cut, pvx mesh --position 0 "
+           "--cut ..., starts it again "
+           "from the new macros.\n";
   if (!o.write.empty() && !Save_Project_As(p, o.write, out, err)) return false;
   return true;
 }

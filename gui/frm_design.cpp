@@ -16,10 +16,12 @@
 #include <QVBoxLayout>
 
 #include "app/units.h"
+#include "design/generation_entry.h"
 #include "design/panel_delete.h"
 #include "design/panel_edit.h"
 #include "design/panel_pick.h"
 #include "draw/qt_surface.h"
+#include "frm_generate.h"
 #include "frm_graf.h"
 
 namespace pvx {
@@ -141,6 +143,14 @@ void frmDesign::Build_Controls() {
     connect(a, &QAction::triggered, this, [this, mode] { Set_Mode(mode); });
   };
   mode_button("Generation of macros", Design_Mode::Macros);
+  QAction* circles = generation->addAction(Q("Generation of circular polygons"));
+  circles->setObjectName("Generate_Circle");
+  circles->setToolTip(tr("A ring or a full disc of macros round a centre"));
+  connect(circles, &QAction::triggered, this, [this] { Show_Circle_Dialog(); });
+  QAction* holes = generation->addAction(Q("Generation of holes"));
+  holes->setObjectName("Generate_Hole");
+  holes->setToolTip(tr("A round hole in a macro (right click on a macro: \"Hole in this macro\")"));
+  connect(holes, &QAction::triggered, this, [this] { Show_Hole_Dialog(context_.project.Current_Macro); });
   mode_button("Generation of interfaces", Design_Mode::Interfaces);
   mode_button("Generation of cooling circuits", Design_Mode::Cooling);
   mode_button("Generation of reinforcement bars", Design_Mode::Reinforcement);
@@ -677,6 +687,7 @@ void frmDesign::Popup(QPoint global) {
         const int corner = Closest_NodeN(p, Pointer_X(panel_), Pointer_Y(panel_));
         editor("Nodes", Property_Editor::frmNode, corner);
         editor("Reinforcement bars", Property_Editor::frmReinforce, p.Current_Rebar);
+        entry("Hole in this macro", [this, m] { Show_Hole_Dialog(m); });
         deletion("Delete macro", [this, m] { Delete_Macro(context_.project, panel_, m); });
       }
       break;
@@ -832,7 +843,72 @@ void frmDesign::keyPressEvent(QKeyEvent* event) {
 void frmDesign::Refuse_Corner() {
   Beep();
   // A silent refusal leaves the user guessing; the usual case is a wall drawn onto a slab's side.
-  hint_label_->setText(Corner_Refused_Hint);
+  Tell(Corner_Refused_Hint, true);
+}
+
+void frmDesign::Tell(const QString& text, bool refusal) {
+  hint_label_->setStyleSheet(refusal ? "color: rgb(160,0,0)" : "color: rgb(0,100,0)");
+  hint_label_->setText(text);
+}
+
+QString frmDesign::Hint_Text() const {
+  return hint_label_->text();
+}
+
+frmGenerate& frmDesign::Show_Circle_Dialog() {
+  Forget_Stale_State();
+  if (!circle_dialog_) {
+    circle_dialog_ = new frmGenerate(context_, frmGenerate::Kind::Circle, this);
+    circle_dialog_->On_Circle = [this](const Circle_Request& c) { return Generate_Circle_Command(c); };
+    last_circle_ = Default_Circle_Request(context_.project);
+  }
+  circle_dialog_->Show_Circle(last_circle_);
+  circle_dialog_->show();
+  circle_dialog_->raise();
+  return *circle_dialog_;
+}
+
+frmGenerate& frmDesign::Show_Hole_Dialog(int macro) {
+  Forget_Stale_State();
+  if (!hole_dialog_) {
+    hole_dialog_ = new frmGenerate(context_, frmGenerate::Kind::Hole, this);
+    hole_dialog_->On_Hole = [this](const Hole_Request& h) { return Generate_Hole_Command(h); };
+  }
+  hole_dialog_->Show_Hole(Default_Hole_Request(context_.project, macro));
+  hole_dialog_->show();
+  hole_dialog_->raise();
+  return *hole_dialog_;
+}
+
+std::string frmDesign::Take_Generation(Project&& work, const Generation_Result& r, bool had_mesh) {
+  bool ok = true;
+  Destroy_Output(context_.shell, context_.host, ok);
+  if (!ok) return {};
+  Push_Undo(undo_, context_.project);
+  context_.project = std::move(work);
+  Tell(QString::fromStdString(Generation_Summary(r, had_mesh)), false);
+  End_Edit();
+  return {};
+}
+
+std::string frmDesign::Generate_Circle_Command(const Circle_Request& c) {
+  Forget_Stale_State();
+  // Tried on a copy first: a refused circle must not cost the user the results.
+  Project work = context_.project;
+  Design_Undo scratch;
+  const Generation_Result r = Generate_Circle(work, scratch, c);
+  if (!r.Done) return r.Message;
+  last_circle_ = c;
+  return Take_Generation(std::move(work), r, context_.project.Mesh_Element.count() > 0);
+}
+
+std::string frmDesign::Generate_Hole_Command(const Hole_Request& h) {
+  Forget_Stale_State();
+  Project work = context_.project;
+  Design_Undo scratch;
+  const Generation_Result r = Generate_Hole(work, scratch, h);
+  if (!r.Done) return r.Message;
+  return Take_Generation(std::move(work), r, context_.project.Mesh_Element.count() > 0);
 }
 
 }  // namespace pvx

@@ -9,6 +9,7 @@
 #include <QPoint>
 #include <QStringList>
 
+#include "design/circular.h"
 #include "design/panel.h"
 #include "design/panel_snap.h"
 #include "design/panel_undo.h"
@@ -27,6 +28,7 @@ inline constexpr const char* Corner_Refused_Hint =
     "one of their corners.";
 
 class frmDesign;
+class frmGenerate;
 class frmGraf;
 
 // The picture area of the panel; it hands its paint and mouse events to the form.
@@ -73,6 +75,17 @@ class frmDesign : public Work_Form_Widget {
   void Zoom_Out_Command();
   // "Settings": the grid dialog.
   frmGraf& Show_Graf();
+  // "Generation of circular polygons" and "Generation of holes": their dialogs, opened with the
+  // last circle asked for, or with a hole in the middle of `macro`.
+  frmGenerate& Show_Circle_Dialog();
+  frmGenerate& Show_Hole_Dialog(int macro);
+  // What the dialogs' "Apply" does: the generation as one undo step, after Destroy_Output. Empty
+  // when it was made (or the user kept the results), else the reason of the refusal; a refused
+  // request changes nothing and asks nothing.
+  std::string Generate_Circle_Command(const Circle_Request& c);
+  std::string Generate_Hole_Command(const Hole_Request& h);
+  // What the panel says under its picture: why the last click did nothing, or what was generated.
+  QString Hint_Text() const;
 
   // For the tests and the drawing: the picture widget, its transformation and the panel state.
   QWidget* Picture_Widget() const;
@@ -100,6 +113,9 @@ class frmDesign : public Work_Form_Widget {
 
  private:
   void Refuse_Corner();
+  void Tell(const QString& text, bool refusal);
+  // Makes a generation tried on a copy of the Project its own, when the user lets the results go.
+  std::string Take_Generation(Project&& work, const Generation_Result& r, bool had_mesh);
   void Build_Controls();
   void Update_Scale();
   void Track_Pointer(QPointF pixel);
@@ -131,6 +147,9 @@ class frmDesign : public Work_Form_Widget {
   QLabel* hint_label_ = nullptr;  // why the last click did nothing
   QButtonGroup* modes_ = nullptr;
   frmGraf* graf_ = nullptr;
+  frmGenerate* circle_dialog_ = nullptr;
+  frmGenerate* hole_dialog_ = nullptr;
+  Circle_Request last_circle_;
 
   // A drag in progress: of a node, a bar, an area or a zoom window, from a model point.
   enum class Drag { None, Node, Bar, Area, Zoom };

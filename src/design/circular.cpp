@@ -1,5 +1,7 @@
 #include "design/circular.h"
 
+#include "app/units.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -66,6 +68,12 @@ std::string Number(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.6g", value);
   return text;
+}
+
+// A length in the project's units, as the user typed it: mm to a tenth, or inches to a thousandth.
+std::string Length_Text(const Project& p, double mm) {
+  if (p.Metric_Units != 0) return Number(std::round(mm * 10) / 10) + " mm";
+  return Number(std::round(Convert_Unit(true, Unit_Length_mm, mm) * 1000) / 1000) + " in";
 }
 
 // An angle in degrees to a tenth.
@@ -135,9 +143,9 @@ std::string Check_Spacing(const Project& p, const Plan& plan, const std::vector<
     shortest = std::min({shortest, Length(q[2] - q[0]), Length(q[3] - q[1])});
   }
   if (shortest < 2 * tolerance)
-    return "The sides of the generated macros would be " + Number(shortest) +
-           " mm long, less than twice the node tolerance of " + Number(tolerance) +
-           " mm: use fewer segments or a larger circle.";
+    return "The sides of the generated macros would be " + Length_Text(p, shortest) +
+           " long, less than twice the node tolerance of " + Length_Text(p, tolerance) +
+           ": use fewer segments or a larger circle.";
   return {};
 }
 
@@ -580,7 +588,7 @@ Hole_Fit Plan_Hole(const Project& p, int m, Point centre, double radius, int n, 
   for (int k = 0; k < 4; ++k)
     if (Left_Distance(at[k], at[(k + 1) % 4], centre) < radius + margin) {
       message = "The circle is not well inside macro " + std::to_string(m) + ": it must keep at least " +
-                Number(margin) + " mm (a quarter of its radius) from every side of the macro.";
+                Length_Text(p, margin) + " (a quarter of its radius) from every side of the macro.";
       return Hole_Fit::Refused;
     }
 
