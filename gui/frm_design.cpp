@@ -880,10 +880,17 @@ frmGenerate& frmDesign::Show_Hole_Dialog(int macro) {
   return *hole_dialog_;
 }
 
-std::string frmDesign::Take_Generation(Project&& work, const Generation_Result& r, bool had_mesh) {
+std::string frmDesign::Generate(const std::function<Generation_Result(Project&, Design_Undo&)>& generate) {
+  Forget_Stale_State();
+  // Tried on a copy first: a refused request must not cost the user the results.
+  Project work = context_.project;
+  Design_Undo scratch;
+  const Generation_Result r = generate(work, scratch);
+  if (!r.Done) return r.Message;
   bool ok = true;
   Destroy_Output(context_.shell, context_.host, ok);
   if (!ok) return {};
+  const bool had_mesh = context_.project.Mesh_Element.count() > 0;
   Push_Undo(undo_, context_.project);
   context_.project = std::move(work);
   Tell(QString::fromStdString(Generation_Summary(r, had_mesh)), false);
@@ -892,23 +899,13 @@ std::string frmDesign::Take_Generation(Project&& work, const Generation_Result& 
 }
 
 std::string frmDesign::Generate_Circle_Command(const Circle_Request& c) {
-  Forget_Stale_State();
-  // Tried on a copy first: a refused circle must not cost the user the results.
-  Project work = context_.project;
-  Design_Undo scratch;
-  const Generation_Result r = Generate_Circle(work, scratch, c);
-  if (!r.Done) return r.Message;
-  last_circle_ = c;
-  return Take_Generation(std::move(work), r, context_.project.Mesh_Element.count() > 0);
+  std::string refusal = Generate([&c](Project& p, Design_Undo& u) { return Generate_Circle(p, u, c); });
+  if (refusal.empty()) last_circle_ = c;
+  return refusal;
 }
 
 std::string frmDesign::Generate_Hole_Command(const Hole_Request& h) {
-  Forget_Stale_State();
-  Project work = context_.project;
-  Design_Undo scratch;
-  const Generation_Result r = Generate_Hole(work, scratch, h);
-  if (!r.Done) return r.Message;
-  return Take_Generation(std::move(work), r, context_.project.Mesh_Element.count() > 0);
+  return Generate([&h](Project& p, Design_Undo& u) { return Generate_Hole(p, u, h); });
 }
 
 }  // namespace pvx

@@ -114,8 +114,9 @@ class frmDesign : public Work_Form_Widget {
  private:
   void Refuse_Corner();
   void Tell(const QString& text, bool refusal);
-  // Makes a generation tried on a copy of the Project its own, when the user lets the results go.
-  std::string Take_Generation(Project&& work, const Generation_Result& r, bool had_mesh);
+  // A generation tried on a copy of the Project, made the Project's own (one undo step) when the
+  // user lets the results go; the refusal otherwise.
+  std::string Generate(const std::function<Generation_Result(Project&, Design_Undo&)>& generate);
   void Build_Controls();
   void Update_Scale();
   void Track_Pointer(QPointF pixel);
