@@ -91,6 +91,18 @@ Circle_Request Default_Circle_Request(const Project& p) {
     c.Radius = 1000;
   }
   c.Segments = Default_Segments;
+  if ((p.Circ_Grid_Visible != 0 || p.Circ_Grid_Snap != 0) && p.Circ_Outer_Radius > 0) {
+    // A circular grid the user has set up is where the circle is meant to go.
+    c.X = p.Circ_X_Center;
+    c.Y = p.Circ_Y_Center;
+    c.Radius = p.Circ_Outer_Radius;
+    c.Inner_Radius = p.Circ_Inner_Radius > 0 && p.Circ_Inner_Radius < c.Radius ? p.Circ_Inner_Radius : 0;
+    if (p.Circ_Angle_Increment > 0) {
+      int n = static_cast<int>(std::lround(std::clamp(360 / p.Circ_Angle_Increment, 8.0, 256.0)));
+      if (c.Inner_Radius == 0) n -= n % 4;  // a disc needs a multiple of 4
+      c.Segments = n;
+    }
+  }
   const std::vector<std::string> plain = Plain_Material_Names(p);
   if (p.Macro.valid(p.Current_Macro) &&
       std::find(plain.begin(), plain.end(), p.Macro[p.Current_Macro].Material) != plain.end())

@@ -23,9 +23,10 @@ struct Hole_Texts {
 Circle_Texts Show_Circle_Request(const Project& p, const Circle_Request& c);
 Hole_Texts Show_Hole_Request(const Project& p, const Hole_Request& h);
 
-// A first circle: at the middle of the panel's frame, a tenth of the frame's smaller extent as its
-// radius, a full disc of 16 segments of the material the next macro would get (or the first plain
-// material of the database).
+// A first circle: on the circular grid when it is shown or snapped to (its centre and radii, a
+// segment for each of its angle steps round the whole circle, a multiple of 4 for a disc); else at
+// the middle of the panel's frame, a tenth of the frame's smaller extent as its radius, a full disc
+// of 16 segments. Of the current macro's material, or the first plain material of the database.
 Circle_Request Default_Circle_Request(const Project& p);
 // A hole in the middle of a macro (the mean of its corners), of a third of the distance from there
 // to the nearest side (so that it keeps its margin), with 16 segments. A macro that does not exist

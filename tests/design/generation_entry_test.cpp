@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/units.h"
 #include "panel_fixtures.h"
 
@@ -87,6 +89,18 @@ TEST(Generation_Entry, TheDialogsOpenOnTheFramesMiddleAndTheMacrosMiddle) {
   // No macro yet: the first material that is no interface.
   EXPECT_EQ(std::tuple(c.X, c.Y, c.Radius, c.Inner_Radius, c.Segments, c.Material),
             std::tuple(1000.0, 750.0, 150.0, 0.0, 16, std::string("C30")));
+
+  // On a circular grid that is shown: its centre and radii, a segment per angle step, rounded to a
+  // multiple of 4 for a disc.
+  p.Circ_Grid_Visible = True_Flag;
+  std::tie(p.Circ_X_Center, p.Circ_Y_Center, p.Circ_Outer_Radius, p.Circ_Inner_Radius) =
+      std::tuple(5, 6, 900, 400);
+  p.Circ_Angle_Increment = 25;  // 14.4 steps
+  const Circle_Request ring = Default_Circle_Request(p);
+  EXPECT_EQ(std::tuple(ring.X, ring.Y, ring.Radius, ring.Inner_Radius, ring.Segments),
+            std::tuple(5.0, 6.0, 900.0, 400.0, 14));
+  p.Circ_Inner_Radius = 0;
+  EXPECT_EQ(Default_Circle_Request(p).Segments, 12);
 
   // A wall of 1600 x 800 mm: its middle, a third of the way to its long sides.
   test::Add_Nodes(p, {{200, 300}, {1800, 300}, {1800, 1100}, {200, 1100}});
