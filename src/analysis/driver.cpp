@@ -171,7 +171,23 @@ void Report_Mechanical_Warnings(const Project& p, const Run_State& run,
            "\", which has no stress law in this version: its elements carry no stress and add no " +
            "stiffness.");
   }
-  if (p.Mesh_Support.empty())
+  // A point support that lies in no element holds nothing; where none holds anything, the model is
+  // as free as one without supports, and only the rounding of the matrix stands between its
+  // iteration and the rigid-body motions.
+  int holding = 0, lost = 0, first_lost = 0;
+  for (int i = 1; i <= run.Mechanics.Supports.count(); ++i)
+    if (run.Mechanics.Supports[i].Kind != Support_Kind::None)
+      ++holding;
+    else if (++lost == 1)
+      first_lost = i;
+  if (lost > 0) {
+    char where[96];
+    std::snprintf(where, sizeof where, "(support %d first, at x = %g, y = %g mm)", first_lost,
+                  p.Mesh_Support[first_lost].X, p.Mesh_Support[first_lost].Y);
+    warn(std::to_string(lost) + " support(s) lie in no element and take no part in the mechanical analysis " +
+         where + ": a point support must lie inside an element or on its edge.");
+  }
+  if (holding == 0)
     warn(
         "No support holds the model: the displacements of a free body are not determined, and its "
         "mechanical iteration may not converge.");

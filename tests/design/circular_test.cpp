@@ -64,14 +64,23 @@ void Add_Block(Project& p, double x0, double y0, double x1, double y1) {
   p.Macro.add(m);
 }
 
-double Total_Area(const Project& p) {
+// The area of quadrilaterals by the shoelace formula, from their corners' coordinates.
+template <class Quads, class Point_Of>
+double Area(const Quads& quads, Point_Of xy) {
   double twice = 0;
-  for (const Macro& m : p.Macro)
+  for (const auto& q : quads)
     for (int k = 1; k <= 4; ++k) {
-      const int a = m.Corner[k], b = m.Corner[k % 4 + 1];
-      twice += p.Node_X[a] * p.Node_Y[b] - p.Node_X[b] * p.Node_Y[a];
+      const auto [xa, ya] = xy(q.Corner[k]);
+      const auto [xb, yb] = xy(q.Corner[k % 4 + 1]);
+      twice += xa * yb - xb * ya;
     }
   return twice / 2;
+}
+double Total_Area(const Project& p) {
+  return Area(p.Macro, [&](int n) { return std::pair(p.Node_X[n], p.Node_Y[n]); });
+}
+double Mesh_Area(const Project& p) {
+  return Area(p.Mesh_Element, [&](int n) { return std::pair(p.Mesh_Node[n].X, p.Mesh_Node[n].Y); });
 }
 
 // Every corner of every macro turns left by an angle within the bound (or within (0, 180)).
@@ -148,6 +157,15 @@ TEST(Circular_Polygons, CoverThePolygonExactlyWithWellShapedMacrosMeetingSideToS
     EXPECT_EQ(Sides_On_Circle(p, outline, cx, cy, inner), inner > 0 ? segments : 0);
     EXPECT_EQ(std::tuple(r.Macros_Added, r.Nodes_Added, p.Macro[1].Material, undo.Undo_Stack.size()),
               std::tuple(p.Macro.count(), Node_Count(p), "C30", 1u));
+    // Corners on the axes through the centre lie exactly on them, where a support is typed.
+    for (int n = 1; n <= Node_Count(p); ++n) {
+      if (std::fabs(p.Node_X[n] - cx) < 1e-6) {
+        EXPECT_EQ(p.Node_X[n], cx);
+      }
+      if (std::fabs(p.Node_Y[n] - cy) < 1e-6) {
+        EXPECT_EQ(p.Node_Y[n], cy);
+      }
+    }
   }
 }
 
@@ -266,7 +284,7 @@ TEST(Holes, NeighboursAreCutIntoStripsAndObjectsOnDividedSidesFollow) {
   far.Thermal_Active = True_Flag;
   p.Border.add(far);
   p.Border.add(test::On_Side<Border>(3, 4));  // the top of the hole's block
-  p.Line_T.add(test::On_Side<Line_T>(5, 6));
+  p.Line_T.add(test::On_Side<Line_T>(6, 5));  // named against macro 2's side
   Interface joint = test::On_Side<Interface>(2, 3);
   joint.Layer_Material = "JOINT";
   p.Interface.add(joint);
@@ -331,16 +349,6 @@ TEST(Generation, OneUndoLeavesTheProjectFileByteForByteAsItWas) {
     ASSERT_TRUE(Redo(undo, p, panel));
     EXPECT_EQ(Write_Project_Text(p, Save_Version(p), "DB.txt"), after);
   }
-}
-
-double Mesh_Area(const Project& p) {
-  double twice = 0;
-  for (const Mesh_Element& e : p.Mesh_Element)
-    for (int k = 1; k <= 4; ++k) {
-      const Mesh_Node &a = p.Mesh_Node[e.Corner[k]], &b = p.Mesh_Node[e.Corner[k % 4 + 1]];
-      twice += a.X * b.Y - b.X * a.Y;
-    }
-  return twice / 2;
 }
 
 TEST(Generated_Mesh, KeepsTheAreaAndACutRoundTheOuterRingClosesIt) {

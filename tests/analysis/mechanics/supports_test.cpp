@@ -1,4 +1,5 @@
 // Supports, loads and the control of the iteration, through the run as the program makes it.
+#include <algorithm>
 #include <numbers>
 
 #include "analysis/mechanics/supports_loads.h"
@@ -12,6 +13,8 @@ class Recorder : public Analysis_Host {
  public:
   std::vector<int> asked;  // the count at each question
   int yes = 0;             // questions answered with yes before a no
+  std::vector<std::string> messages;
+  void Show_Message(const std::string& text, Message_Kind) override { messages.push_back(text); }
   bool Ask_More_Iterations(int iterations, int&, double[3]) override {
     asked.push_back(iterations);
     return static_cast<int>(asked.size()) <= yes;
@@ -185,6 +188,41 @@ TEST(Mechanical_Iteration, DisplacementLimitStopsTheRun) {
   EXPECT_EQ(Run_Analysis(p, run, host, dir.path().string(), message), Run_Outcome::Failed);
   EXPECT_EQ(message, Displacement_Limit_Message);
   EXPECT_EQ(Storage_Count(run.Index), 1);  // the initial state
+}
+
+// A point support that no element holds (placed outside the mesh, or a hair beyond its outline) is
+// named; when no support holds the model at all, the run is told that it is free.
+TEST(Mechanical_Supports, ThoseInNoElementAreNamedAndAFreeModelIsTold) {
+  for (const bool held : {true, false}) {
+    SCOPED_TRACE(held ? "held" : "free");
+    test::Temp_Dir dir;
+    Project p = test::Grid(2, 1, 1000, 100, test::Elastic(30000, 0.25), 10);
+    if (held) test::Hold_Column(p, 1, 0, {0, -90});
+    for (const double x : {1000 + 1e-9, 5000.0}) {
+      Support lost;
+      lost.X = x;
+      lost.Y = 0;
+      p.Mesh_Support.add(lost);
+    }
+    p.Computation_Time = 1;
+    p.Period.clear();
+    p.Period.add(Period{0, 1, 1, 1});
+    Run_State run;
+    run.Mechanical_Included = true;
+    Recorder host;
+    std::string message;
+    Run_Analysis(p, run, host, dir.path().string(), message);
+    const int first = held ? 5 : 1;
+    const std::string lost =
+        "2 support(s) lie in no element and take no part in the mechanical analysis (support " +
+        std::to_string(first) + " first, at x = 1000, y = 0 mm)";
+    auto told = [&](const std::string& start) {
+      return std::count_if(host.messages.begin(), host.messages.end(),
+                           [&](const std::string& m) { return m.rfind(start, 0) == 0; });
+    };
+    EXPECT_EQ(told(lost), 1);
+    EXPECT_EQ(told("No support holds the model"), held ? 0 : 1);
+  }
 }
 
 }  // namespace
