@@ -6,13 +6,15 @@
 #include <array>
 #include <string>
 #include <tuple>
-#include <type_traits>
 #include <vector>
 
 #include "app/project.h"
 
 namespace pvx {
 namespace {
+
+using testing::DoubleNear;
+using testing::Pointwise;
 
 void Add_Element(Project& p, int n1, int n2, int n3, int n4, float thickness = 1) {
   Mesh_Element e;
@@ -48,15 +50,6 @@ Project Grid_2x2() {
   return p;
 }
 
-void Expect_At(const Project& p, double x, double y, int element, double xi, double eta) {
-  int found = -1;
-  double fx = -1, fy = -1;
-  Locate_Point(p, x, y, found, fx, fy);
-  EXPECT_EQ(found, element) << x << ", " << y;
-  EXPECT_NEAR(fx, xi, 1e-12) << x << ", " << y;
-  EXPECT_NEAR(fy, eta, 1e-12) << x << ", " << y;
-}
-
 TEST(Locate_Point, InvertsTheBilinearMapOfEveryShape) {
   // Parallelogram (a3 = b3 = 0, the linear inverse): corner 1 + 0.5 (4,0) + 0.25 (1,2) = (2.25, 0.5).
   // Trapezoid: x = 4 xi + eta - 2 xi eta, y = 2 eta. General: x = 4 xi + xi eta, y = 2 eta + xi eta.
@@ -65,31 +58,32 @@ TEST(Locate_Point, InvertsTheBilinearMapOfEveryShape) {
   // parallelogram: corner 2 at 0.1 + 0.2 and corner 3 at 0.3 leave a3 = -5.6e-17, a tiny A above the
   // affine limit, where the textbook root formula loses every digit; the element is x = 0.3 xi.
   // Wide: x = xi + 4 xi eta, y = eta, where (1.5, 0.5) gives B = -1 < 0, the other form of the roots.
-  // Points inside the bounding box but beyond a slanted side are in no element.
-  const std::array<double, 8> parallelogram{0, 0, 4, 0, 5, 2, 1, 2}, trapezoid{0, 0, 4, 0, 3, 2, 1, 2},
-      general{0, 0, 4, 0, 5, 3, 0, 2}, folded{0, 0, 4, 0, 1, 1, 0, 4},
-      almost{0, 0, 0.1 + 0.2, 0, 0.3, 1, 0, 1}, wide{0, 0, 1, 0, 5, 1, 0, 1};
-  // The corners, the point, the element it lies in, its local coordinates.
+  // Points inside the bounding box but beyond a slanted side are in no element. In a mesh a shared
+  // side or node goes to the first element; outside, also just beyond the edge, is element 0.
+  const Project parallelogram = One_Quad({0, 0, 4, 0, 5, 2, 1, 2}),
+                trapezoid = One_Quad({0, 0, 4, 0, 3, 2, 1, 2}), general = One_Quad({0, 0, 4, 0, 5, 3, 0, 2}),
+                folded = One_Quad({0, 0, 4, 0, 1, 1, 0, 4}),
+                almost = One_Quad({0, 0, 0.1 + 0.2, 0, 0.3, 1, 0, 1}),
+                wide = One_Quad({0, 0, 1, 0, 5, 1, 0, 1}), grid = Grid_2x2();
+  // The mesh, the point, the element it lies in, its local coordinates.
   // clang-format off
-  const std::tuple<const std::array<double, 8>&, double, double, int, double, double> cases[] = {
+  const std::tuple<const Project&, double, double, int, double, double> cases[] = {
       {parallelogram, 2.25, 0.5, 1, 0.5, 0.25}, {parallelogram, 0.2, 1.5, 0, 0, 0},
       {trapezoid, 1.25, 1, 1, 0.25, 0.5},       {trapezoid, 0.2, 1.8, 0, 0, 0},
       {general, 2.25, 1.25, 1, 0.5, 0.5},       {general, 0.98, 1.98, 1, 0.2, 0.9}, {general, 5, 3, 1, 1, 1},
       {folded, 2.5, 0.5, 1, 5.0 / 6, 1.0 / 3},  {wide, 1.5, 0.5, 1, 0.5, 0.5},
       {almost, 0.1, 0.25, 1, 1.0 / 3, 0.25},    {almost, 0.29, 0.9, 1, 0.29 / 0.3, 0.9},
+      {grid, 100, 30, 1, 1, 0.3},               {grid, 100, 100, 1, 1, 1},          {grid, 175, 125, 4, 0.75, 0.25},
+      {grid, -1, 50, 0, 0, 0},                  {grid, 50, 200.000001, 0, 0, 0},    {grid, 300, 300, 0, 0, 0},
   };
   // clang-format on
-  for (const auto& [corners, x, y, element, xi, eta] : cases)
-    Expect_At(One_Quad(corners), x, y, element, xi, eta);
-
-  // In a mesh a shared side or node goes to the first element; outside, also just beyond the edge,
-  // is element 0.
-  const Project p = Grid_2x2();
-  Expect_At(p, 100, 30, 1, 1, 0.3);
-  Expect_At(p, 100, 100, 1, 1, 1);
-  Expect_At(p, 175, 125, 4, 0.75, 0.25);
-  for (const auto& [x, y] : {std::pair{-1.0, 50.0}, {50.0, 200.000001}, {300.0, 300.0}})
-    Expect_At(p, x, y, 0, 0, 0);
+  for (const auto& [mesh, x, y, element, xi, eta] : cases) {
+    int found = -1;
+    double local[2] = {-1, -1};
+    Locate_Point(mesh, x, y, found, local[0], local[1]);
+    EXPECT_EQ(found, element) << x << ", " << y;
+    EXPECT_THAT(local, Pointwise(DoubleNear(1e-12), {xi, eta})) << x << ", " << y;
+  }
 }
 
 // The message of the transfer, "refused: " in front when it stops the computation.
@@ -101,11 +95,10 @@ std::string Transfer(Project& p) {
 }
 
 template <class Record>
-Record On_Side(int a, int b, std::int16_t function = 1) {
+Record On_Side(int a, int b) {
   Record r;
   r.Node_A = static_cast<std::int16_t>(a);
   r.Node_B = static_cast<std::int16_t>(b);
-  if constexpr (std::is_same_v<Record, Line_T>) r.Temperature_Function = function;
   return r;
 }
 
@@ -133,12 +126,11 @@ TEST(Set_Prescribed_Data, ALineTemperatureTakesTheNodesWithinOneMicronOfItsSide)
 }
 
 TEST(Set_Prescribed_Data, AreaComesFirstAndOnlyTheLastEntryMayBeDoubled) {
-  // The function and the period of an area or a line go with each of its nodes.
-  Project p = Grid_2x2();
   // The whole mesh, limits included; the bottom edge, nodes 1 2 3, all already listed; the top edge,
-  // nodes 7 8 9, where node 9 is the last entry.
+  // nodes 7 8 9, where node 9 is the last entry. Function and period go with each node.
+  Project p = Grid_2x2();
   p.Area_T.add({.Temperature_Function = 2, .X1 = 0, .Y1 = 0, .X2 = 200, .Y2 = 200});
-  p.Line_T.add(On_Side<Line_T>(1, 2, 3));
+  p.Line_T.add({.Temperature_Function = 3, .Node_A = 1, .Node_B = 2});
   p.Line_T.add({.Present_From = 5, .Until = 50, .Temperature_Function = 3, .Node_A = 3, .Node_B = 4});
   EXPECT_EQ(Transfer(p), "");
   ASSERT_EQ(Prescribed_Nodes(p), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 9}));
@@ -152,27 +144,19 @@ TEST(Set_Prescribed_Data, AreaComesFirstAndOnlyTheLastEntryMayBeDoubled) {
   EXPECT_EQ(p.Prescribed_Node.count(), 0);
 }
 
-TEST(Set_Prescribed_Data, BadEndNodesAndLinesOffTheElementSidesStopWithTheirMessages) {
-  // The kind of line, its design nodes, the number of mesh supports made when the check stopped
-  // (line temperatures come before the point support, line supports after it, line loads after
-  // the line supports), the message. The limit of the node checks is the mesh node count: design
-  // node 10 fails on a mesh of 9 nodes. The diagonals pass the mesh node 5, and no element has a
-  // side from a corner to it.
-  const std::string tail = " again. An unexpected node connnection has been detected in ",
-                    off = ", does not lie on element sides: no element has a side between mesh nodes ";
+TEST(Set_Prescribed_Data, BadEndNodesAndLinesOffTheElementSidesStopTheTransfer) {
+  // The kind of line, its design nodes, the mesh supports made when the check stopped (line
+  // temperatures come before the point support, line supports after it, line loads after the line
+  // supports), the end of the message. Design node 10 fails on a mesh of 9 nodes. The diagonals pass
+  // mesh node 5, and no element has a side from a corner to it.
+  const std::string off = "does not lie on element sides: no element has a side between mesh nodes ";
   const std::tuple<char, int, int, int, std::string> cases[] = {
-      {'T', 0, 0, 0, "Check line temperatures" + tail + "line temperature 2"},
-      {'T', 1, 0, 0, "Check line temperature" + tail + "line temperature 2"},
-      {'T', 10, 1, 0, "Check line temperatures" + tail + "line temperature 2"},
-      {'S', 0, 2, 1, "Check line supports" + tail + "line support 2"},
-      {'S', 1, 99, 1, "Check line supports" + tail + "line support 2"},
-      {'S', 2, 4, 3, "Check line supports again. Line support 2, from node 2 to node 4" + off + "3 and 5"},
-      {'L', -3, 2, 3, "Check line load" + tail + "line load 2"},
-      {'L', 1, 10, 3, "Check line loads" + tail + "line load 2"},
-      {'L', 1, 3, 3, "Check line loads again. Line load 2, from node 1 to node 3" + off + "1 and 5"},
+      {'T', 0, 0, 0, "line temperature 2"}, {'T', 10, 1, 0, "line temperature 2"},
+      {'S', 1, 99, 1, "line support 2"},    {'S', 2, 4, 3, "from node 2 to node 4, " + off + "3 and 5"},
+      {'L', -3, 2, 3, "line load 2"},       {'L', 1, 3, 3, "from node 1 to node 3, " + off + "1 and 5"},
   };
-  for (const auto& [kind, a, b, supports, message] : cases) {
-    SCOPED_TRACE(message);
+  for (const auto& [kind, a, b, supports, ending] : cases) {
+    SCOPED_TRACE(ending);
     Project p = Grid_2x2();
     for (int k = 5; k <= 10; ++k)
       Add_Node(p, 0, 0);
@@ -183,7 +167,8 @@ TEST(Set_Prescribed_Data, BadEndNodesAndLinesOffTheElementSidesStopWithTheirMess
     if (kind == 'T') p.Line_T.add(On_Side<Line_T>(a, b));
     if (kind == 'S') p.Line_Support.add(On_Side<Support>(a, b));
     if (kind == 'L') p.Line_Load.add(On_Side<Load>(a, b));
-    EXPECT_EQ(Transfer(p), "refused: " + message);
+    EXPECT_THAT(Transfer(p),
+                testing::AllOf(testing::StartsWith("refused: Check line"), testing::EndsWith(ending)));
     EXPECT_EQ(p.Mesh_Support.count(), supports);
     EXPECT_EQ(p.Prescribed_Node.count(), kind == 'T' ? 0 : 3);
   }
@@ -232,12 +217,12 @@ TEST(Set_Prescribed_Data, LineSupportsAndLoadsTakeTheFirstElementWithTheSideWhic
 TEST(Set_Prescribed_Data, MeshNodesAlongALongSideAreSortedFromItsFirstNode) {
   // A strip of four elements along the line from (0,0) to (400,300), numbered out of order: the
   // node at fraction t[k] of the line is mesh node k + 1, its partner 100 mm off the line k + 6.
+  // Elements from the start of the line on the node pairs (2, 4), (4, 1), (1, 5), (5, 3), thickness 1..4.
   Project p;
   const double t[] = {0.5, 0, 1, 0.25, 0.75};
   for (const double off : {0, 1})
     for (const double f : t)
       p.Mesh_Node.add(Mesh_Node{400 * f - 60 * off, 300 * f + 80 * off});
-  // Elements from the start of the line, on the node pairs (2, 4), (4, 1), (1, 5), (5, 3); thickness 1..4.
   const int along[] = {2, 4, 1, 5, 3};
   for (int e = 0; e < 4; ++e)
     Add_Element(p, along[e], along[e + 1], along[e + 1] + 5, along[e] + 5, static_cast<float>(e + 1));
@@ -245,17 +230,16 @@ TEST(Set_Prescribed_Data, MeshNodesAlongALongSideAreSortedFromItsFirstNode) {
   p.Line_Load[1].Level = 7;
   EXPECT_EQ(Transfer(p), "");
   EXPECT_EQ(Transfer(p), "");  // rebuilt, not added to
-  // From (400,300): nodes 3 (t 1), 5 (0.75), 1 (0.5), 4 (0.25), 2 (0); segments of 125 mm.
+  // From (400,300): nodes 3 (t 1), 5 (0.75), 1 (0.5), 4 (0.25), 2 (0); segments of 125 mm, whose
+  // elements run the other way: thicknesses 4 down to 1.
   const int order[] = {3, 5, 1, 4, 2};
   ASSERT_EQ(p.Mesh_Load.count(), 4);
   for (int k = 0; k < 4; ++k) {
     const Load& m = p.Mesh_Load[k + 1];
-    // The elements run the other way: thicknesses 4 down to 1.
     EXPECT_EQ(std::tuple(int{m.Node_A}, int{m.Node_B}, m.Effective_Thickness, m.Level),
               std::tuple(order[k], order[k + 1], 4.0 - k, 7.0));
-    EXPECT_NEAR(m.Node_Spacing, 125, 1e-12);
-    EXPECT_NEAR(m.X, 350 - 100 * k, 1e-12);
-    EXPECT_NEAR(m.Y, 262.5 - 75 * k, 1e-12);
+    EXPECT_THAT((std::array{m.Node_Spacing, m.X, m.Y}),
+                Pointwise(DoubleNear(1e-12), {125.0, 350.0 - 100 * k, 262.5 - 75 * k}));
   }
 }
 
@@ -273,7 +257,6 @@ TEST(Set_Prescribed_Data, PointsAreLocatedInPlaceWithTheirThicknessOrAxisymmetri
     p.Point_Support.add({.X = 250, .Y = 150, .Dof = {}});  // outside
     p.Line_Support.add(On_Side<Support>(1, 2));
     EXPECT_EQ(Transfer(p), "");
-
     EXPECT_EQ(std::tuple(int{p.Point_T[1].Element}, p.Point_T[1].Local_X, p.Point_T[1].Local_Y),
               std::tuple(1, 0.25, 0.75));
     EXPECT_EQ(std::tuple(int{p.Point_Load[1].Node_A}, int{p.Point_Load[1].Node_B}), std::tuple(7, 8));
@@ -289,7 +272,7 @@ TEST(Set_Prescribed_Data, PointsAreLocatedInPlaceWithTheirThicknessOrAxisymmetri
       got.insert(got.end(), {static_cast<double>(s.Element), s.Effective_Thickness});
     const std::vector<double> plane{4, 40, 0, 0, 4, 40, 0, 0, 0, 10, 0, 20},
         radius{4, 1150, 0, 0, 4, 1120, 0, 0, 0, 1050, 0, 1150};
-    EXPECT_THAT(got, testing::Pointwise(testing::DoubleNear(1e-9), axisymmetric ? radius : plane));
+    EXPECT_THAT(got, Pointwise(DoubleNear(1e-9), axisymmetric ? radius : plane));
   }
 }
 

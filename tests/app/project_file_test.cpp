@@ -253,10 +253,9 @@ TEST(Project_File, SaveReplacesTheFileWholeOrKeepsThePreviousOne) {
   const std::string missing = "/nonexistent-folder/PVX2003.txt";
   p.Material_Database_Path = missing;
   ASSERT_TRUE(Save_Project(p, dir.path().string(), failed));
-  EXPECT_EQ(failed.messages, std::vector<std::string>{"With making a copy of file (" + missing +
-                                                      ") to file (" + dir.file("P.txt") +
-                                                      ") an error occured ! The complete path is stored of "
-                                                      "the original database in the .PVX file ! "});
+  ASSERT_EQ(failed.messages.size(), 1u);
+  EXPECT_NE(failed.messages[0].find("(" + missing + ") to file (" + dir.file("P.txt") + ")"),
+            std::string::npos);
   EXPECT_EQ(Read_Text(p.Project_File).substr(0, 40), "109\r\n\"/nonexistent-folder/PVX2003.txt\"\r\n");
 
   // The target is a folder: nothing can be renamed over it, and nothing is lost; nor in a folder
