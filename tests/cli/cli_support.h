@@ -1,4 +1,5 @@
-// The program pvx run as a user runs it, and a small result family whose values are known.
+// The program pvx run as a user runs it, a run set of three variants, and a small result family
+// whose values are known.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,10 +8,12 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "app/project_file.h"
+#include "app/project_load.h"
 #include "results/result_files.h"
 #include "support/temp_dir.h"
 
@@ -56,6 +59,23 @@ inline Pvx_Run Pvx(const std::vector<std::string>& arguments) {
   run.out = Read_Text(capture.file("out"));
   run.err = Read_Text(capture.file("err"));
   return run;
+}
+
+// The wall on its slab, its wall's concrete replaced by materials 1, 2 and 4 in turn, saved as W.PVX
+// beside its database in a folder of its own; the project as loaded, with its database, in `p`.
+inline std::string Three_Variants(const Temp_Dir& dir, Project& p) {
+  std::filesystem::copy_file(Source_Path("examples/PVX-Concrete.txt"), dir.file("PVX-Concrete.txt"));
+  std::filesystem::copy_file(Source_Path("examples/WALL-ON-SLAB.PVX"), dir.file("W.PVX"));
+  Read_Report read;
+  EXPECT_EQ(Load_Project(dir.file("W.PVX"), dir.path().string(), p, read), Load_Result::Loaded)
+      << read.message;
+  p.Result_File_Name = "W.RES";
+  p.Replace_Material = True_Flag;
+  p.Run_Material = Table<std::int16_t>{1, 2, 4};
+  p.Project_File = dir.file("W.PVX");
+  Save_Report saved;
+  EXPECT_TRUE(Save_Project(p, dir.path().string(), saved)) << saved.error;
+  return dir.file("W.PVX");
 }
 
 // R.PVX with a mechanical result family R.RES of two storages, at 0 and 2 hours. Mesh nodes 1..6

@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "app/project_load.h"
 #include "cli_support.h"
 #include "project_io.h"
 #include "results/study.h"
@@ -27,31 +26,14 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-// The wall on its slab, its wall's concrete replaced by materials 1, 2 and 4 in turn, saved as W.PVX
-// and computed; the project as loaded, with its database, in `p`.
-std::string Three_Variants_Computed(const test::Temp_Dir& dir, Project& p) {
-  std::filesystem::copy_file(test::Source_Path("examples/PVX-Concrete.txt"), dir.file("PVX-Concrete.txt"));
-  std::filesystem::copy_file(test::Source_Path("examples/WALL-ON-SLAB.PVX"), dir.file("W.PVX"));
-  Read_Report read;
-  EXPECT_EQ(Load_Project(dir.file("W.PVX"), dir.path().string(), p, read), Load_Result::Loaded)
-      << read.message;
-  p.Result_File_Name = "W.RES";
-  p.Replace_Material = True_Flag;
-  p.Run_Material = Table<std::int16_t>{1, 2, 4};
-  p.Project_File = dir.file("W.PVX");
-  Save_Report saved;
-  EXPECT_TRUE(Save_Project(p, dir.path().string(), saved)) << saved.error;
-  const test::Pvx_Run run = test::Pvx({"run", dir.file("W.PVX")});
-  EXPECT_EQ(run.status, 0) << run.err;
-  return dir.file("W.PVX");
-}
-
 // Every row is its family's extremes; then a variant whose run stopped early and one whose family
 // is gone get rows that say so, and exit status 1.
 TEST(Pvx_Study, EveryVariantIsTheExtremeOfItsFamilyOrSaysWhatIsWrongWithIt) {
   test::Temp_Dir dir;
   Project p;
-  const std::string project = Three_Variants_Computed(dir, p);
+  const std::string project = test::Three_Variants(dir, p);
+  const test::Pvx_Run run = test::Pvx({"run", project});
+  ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(test::Pvx({"study", project, "--count"}).out, "3\n");
   const test::Pvx_Run csv = test::Pvx({"study", project, "--csv"});
   const test::Pvx_Run table = test::Pvx({"study", project});

@@ -7,37 +7,27 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTest>
 
-#include <filesystem>
 #include "form_fixture.h"
 #include "frm_cool.h"
-#include "frm_diag.h"
-#include "frm_res.h"
 #include "results/cooling_view.h"
 
 namespace pvx {
 namespace {
 
 TEST(frmRes, TheCooledBlockComputesAndItsWaterHistoryShows) {
-  // The example with a closed circuit, computed from the run window and read in the viewer.
   test::Form_Fixture f;
   ASSERT_TRUE(f.Load_Example_Named("BLOCK-COOLED.PVX"));
   frmDiag diag(f.context);
   diag.resize(1200, 820);
   diag.show();
-  diag.Form_Shown();
+  ASSERT_TRUE(f.Compute(diag));
   EXPECT_TRUE(diag.Combo1->isVisible());
-  QTest::mouseClick(diag.Command2, Qt::LeftButton);
-  ASSERT_EQ(diag.Last_Outcome(), Run_Outcome::Completed);
   EXPECT_EQ(diag.Last_Run().Diagnostic_Circuit, 1);
   test::Take_Screenshot(diag, "frmDiag_cooling");
 
-  frmRes w(f.context);
-  w.resize(1000, 700);
-  w.show();
-  w.Form_Shown();
-  ASSERT_TRUE(w.Is_Open()) << (f.host.messages.empty() ? "" : f.host.messages.back());
+  ASSERT_TRUE(f.Open_Viewer());
+  frmRes& w = *f.form;
   QTabWidget* root = w.B->SSTab1;
   for (int tab = 0; tab < root->count(); ++tab)
     if (root->tabText(tab) == "Cooling") root->setCurrentIndex(tab);
@@ -51,12 +41,7 @@ TEST(frmRes, TheCooledBlockComputesAndItsWaterHistoryShows) {
   EXPECT_EQ(w.State().SelectedCircuit, 1);
   frmCool* cool = w.Cool_Window();
   ASSERT_TRUE(cool != nullptr && cool->isVisible());
-  const QImage image = cool->Picture1->grab().toImage();
-  int red = 0;
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.width(); ++x)
-      red += image.pixelColor(x, y) == QColor(255, 0, 0);
-  EXPECT_GT(red, 50);  // the inlet and outlet curves
+  EXPECT_GT(test::Pixels_Of(cool->Picture1->grab().toImage(), Qt::red), 50);  // the inlet and outlet curves
   test::Take_Screenshot(*cool, "frmCool");
 
   const std::string path = f.dir.file("circuit 1.txt");

@@ -2,35 +2,21 @@
 // viewer charts the joint's stresses along the joint and the bars' stresses along the bars.
 #include <gtest/gtest.h>
 
-#include <QPushButton>
-#include <QTest>
-#include <filesystem>
-
 #include "form_fixture.h"
-#include "frm_diag.h"
-#include "frm_res.h"
 
 namespace pvx {
 namespace {
 
 TEST(frmRes, TheJointAndTheBarsOfTheWallOnItsSlabAreCharted) {
   test::Form_Fixture f;
-  ASSERT_TRUE(f.Load_Example_Named("WALL-ON-SLAB.PVX"));
-  frmDiag diag(f.context);
-  diag.Form_Shown();
-  QTest::mouseClick(diag.Command2, Qt::LeftButton);
-  ASSERT_EQ(diag.Last_Outcome(), Run_Outcome::Completed);
+  ASSERT_TRUE(f.Load_Example_Named("WALL-ON-SLAB.PVX") && f.Compute());
   // Four joint sides along the foot, five nodes doubled; four bars cut into 58 bar elements with 62
   // nodes of their own.
-  EXPECT_EQ(f.project.Mesh_Interface.count(), 4);
-  EXPECT_EQ(f.project.Mesh_Rebar.count(), 58);
-  EXPECT_EQ(f.project.Doubled_Node_Count, 5 + 62);
-
-  frmRes w(f.context);
-  w.resize(1000, 700);
-  w.show();
-  w.Form_Shown();
-  ASSERT_TRUE(w.Is_Open()) << (f.host.messages.empty() ? "" : f.host.messages.back());
+  EXPECT_EQ(std::tuple(f.project.Mesh_Interface.count(), f.project.Mesh_Rebar.count(),
+                       f.project.Doubled_Node_Count),
+            std::tuple(4, 58, 5 + 62));
+  ASSERT_TRUE(f.Open_Viewer());
+  frmRes& w = *f.form;
   struct Chart {
     int variable, drawn;
     const char* title;

@@ -14,7 +14,6 @@
 #include <filesystem>
 
 #include "form_fixture.h"
-#include "main_window.h"
 
 namespace pvx {
 namespace {
@@ -152,23 +151,15 @@ TEST(frmPrintkeuze, PrintButtonAsksForAPrinterOnlyWithABoxTickedAndClosesOnceThe
 }
 
 TEST(frmPrintkeuze, MainWindowPrintButtonOpensTheSelectionOnceAProjectIsLoaded) {
-  test::Work_Folder folder;
-  test::Scripted_Host host;
-  test::Memory_Store store;
-  mdiPVX window(host, store, folder.dir.path().string());
-  host.answers = {Answer::Yes};  // the proposed default database
-  window.Start(false, "");
-  window.show();
+  test::Window_Fixture f;
+  mdiPVX& window = f.window;
   auto* print = window.findChild<QAction*>("Print");
-  ASSERT_NE(print, nullptr);
-  EXPECT_FALSE(print->isEnabled());
-  host.files = {folder.project};
-  window.findChild<QAction*>("Open")->trigger();
+  ASSERT_TRUE(print != nullptr && !print->isEnabled());
+  f.Open_Example();
   ASSERT_TRUE(print->isEnabled());
   print->trigger();
   auto* selection = window.findChild<frmPrintkeuze*>("frmPrintkeuze");
-  ASSERT_NE(selection, nullptr);
-  EXPECT_TRUE(selection->isVisible());
+  ASSERT_TRUE(selection != nullptr && selection->isVisible());
   EXPECT_EQ(Boxes(*selection, &QCheckBox::isEnabled), Wall_Boxes);
   test::Take_Screenshot(*selection, "frmPrintkeuze");
   QTest::mouseClick(selection->cmdCancel, Qt::LeftButton);

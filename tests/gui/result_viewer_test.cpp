@@ -9,87 +9,14 @@
 #include <QImage>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 #include <QTabWidget>
 #include <cmath>
 
 #include "form_fixture.h"
-#include "frm_diag.h"
 #include "results/result_variables.h"
-#include "results/viewer_geometry.h"
 
 namespace pvx {
 namespace {
-
-// The example computed once for all the tests of this file by the run window, into a folder of
-// its own. The tests only read the family.
-struct Computed_Example : test::Form_Fixture {
-  bool ok = false;
-  Computed_Example() {
-    if (!Load_Example()) return;
-    frmDiag run(context);
-    run.Form_Shown();
-    QTest::mouseClick(run.Command2, Qt::LeftButton);
-    ok = run.Last_Outcome() == Run_Outcome::Completed;
-    EXPECT_TRUE(ok) << run.Label_Messages->text().toStdString();
-  }
-};
-
-const Computed_Example& Example() {
-  static Computed_Example example;
-  return example;
-}
-
-// A form over a copy of the computed project, with a host of its own.
-struct Viewer : test::Form_Fixture {
-  std::unique_ptr<frmRes> form;
-  bool Open() {
-    if (!Example().ok) return false;
-    project = Example().project;
-    shell = Example().shell;
-    form = std::make_unique<frmRes>(context);
-    form->resize(1200, 760);
-    form->show();
-    form->Form_Shown();
-    return form->Is_Open();
-  }
-  // The index and a record read apart from the form.
-  Run_Index Index() const {
-    Run_Index index;
-    std::string message;
-    EXPECT_TRUE(
-        Read_Run_Index_File(Example().dir.file("WALL.RES"), project.File_Version, false, index, message))
-        << message;
-    return index;
-  }
-  Plot_Buffers Read(int variable, int stored) const {
-    Plot_Buffers buffers;
-    Result_Family family;
-    std::string message;
-    bool ok = Prepare_Result_Family(family, project, project.Mechanical_Included != 0, shell.Work_Directory,
-                                    message) &&
-              Open_All_Result_Sets(family, project.File_Version, message);
-    Run_Index index;  // the index tells how many records each file holds
-    ok = ok && Read_Run_Index(family, 1, project.File_Version, false, index, message);
-    if (ok) {
-      Dimension_Plot_Buffers(family.Layout, buffers);
-      ok = Read_Result_Variable(family, 1, Slot_Of_Variable(variable), stored, variable, false, buffers,
-                                message);
-    }
-    EXPECT_TRUE(ok) << message;
-    return buffers;
-  }
-  // The pixel of a model point in the form's picture, unrounded.
-  double Pixel_X(double x) const {
-    const double a = Picture_To_World_X(form->Picture(), 0), b = Picture_To_World_X(form->Picture(), 1);
-    return (x - a) / (b - a);
-  }
-  double Pixel_Y(double y) const {
-    const double a = Picture_To_World_Y(form->Picture(), 0), b = Picture_To_World_Y(form->Picture(), 1);
-    return (y - a) / (b - a);
-  }
-  std::string Time_Label() const { return form->A->Label_Title->text().toStdString(); }
-};
 
 QColor Qt_Colour(Plot_Colour c) {
   return QColor(c.R, c.G, c.B);
@@ -105,7 +32,7 @@ int Clear_Band(double value, double lo, double hi) {
 }
 
 TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
-  Viewer f;
+  test::Viewer f;
   ASSERT_TRUE(f.Open());
   frmRes& w = *f.form;
   const Run_Index index = f.Index();
@@ -129,30 +56,36 @@ TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
       centre += buffers.Node[p.Mesh_Element[e].Corner[c + 1]] / 4.0;
     const double cx = (x[0] + x[1] + x[2] + x[3]) / 4, cy = (y[0] + y[1] + y[2] + y[3]) / 4;
     const int band = Clear_Band(centre, lo, hi);
-    const double width =
-        std::fabs(f.Pixel_X(x[1]) - f.Pixel_X(x[0])) + std::fabs(f.Pixel_X(x[2]) - f.Pixel_X(x[1]));
+    const double width = std::fabs(f.Pixel(x[2], 0).x() - f.Pixel(x[0], 0).x());
     if (band == 0 || width < 12 || !Element_Shown(p.Mesh_Element[e], Current_Time(w.State()))) continue;
-    const QColor colour = image.pixelColor(static_cast<int>(f.Pixel_X(cx)), static_cast<int>(f.Pixel_Y(cy)));
+    const QPointF at = f.Pixel(cx, cy);
+    const QColor colour = image.pixelColor(static_cast<int>(at.x()), static_cast<int>(at.y()));
     EXPECT_EQ(colour, Qt_Colour(ScaleColours[band])) << "element " << e << " value " << centre;
     ++checked;
   }
   EXPECT_GE(checked, 5);
   test::Take_Screenshot(w, "frmRes_temperature");
 
-  // The pointer over a node that four shown elements share, so that rounding cannot take the
-  // pointer outside: the node's stored value, in the unit of the page.
-  std::vector<int> uses(p.Mesh_Node.count() + 1);
-  int node = 0;
-  for (int e = 1; e <= p.Mesh_Element.count(); ++e)
-    for (int c = 1; c <= 4 && Element_Shown(p.Mesh_Element[e], Current_Time(w.State())); ++c)
-      if (++uses[p.Mesh_Element[e].Corner[c]] == 4 && node == 0) node = p.Mesh_Element[e].Corner[c];
-  ASSERT_GT(node, 0);
-  w.Hover_At(f.Pixel_X(p.Mesh_Node[node].X), f.Pixel_Y(p.Mesh_Node[node].Y));
-  ASSERT_TRUE(w.Reading_Shown()) << "node " << node;
-  EXPECT_NEAR(w.Reading().Value, buffers.Node[node], 1e-6 * (1 + std::fabs(buffers.Node[node])));
+  // The pointer at (0.3, 0.6) of the first shown element's own coordinates: the stored record's
+  // value bilinear in its corners, in the unit of the page.
+  int e = 1;
+  while (!Element_Shown(p.Mesh_Element[e], Current_Time(w.State())))
+    ++e;
+  double x[4], y[4], corner[4];
+  ASSERT_TRUE(Element_Corners(p, e, x, y));
+  for (int c = 0; c < 4; ++c)
+    corner[c] = buffers.Node[p.Mesh_Element[e].Corner[c + 1]];
+  auto bilinear = [](const double(&g)[4], double u, double v) {
+    return g[0] + (g[1] - g[0]) * u + (g[3] - g[0]) * v + (g[2] - g[1] - g[3] + g[0]) * u * v;
+  };
+  const double expected = bilinear(corner, 0.3, 0.6);
+  const QPointF at = f.Pixel(bilinear(x, 0.3, 0.6), bilinear(y, 0.3, 0.6));
+  w.Hover_At(at.x(), at.y());
+  ASSERT_TRUE(w.Reading_Shown()) << "element " << e;
+  EXPECT_NEAR(w.Reading().Value, expected, 1e-5 * (1 + std::fabs(expected)));
   EXPECT_EQ(w.A->lblScal->text().toStdString(),
-            QString::fromStdString(Format_Number(buffers.Node[node], 10, 2) + " oC").trimmed().toStdString());
-  EXPECT_NEAR(std::stod(w.Reading().X_Text), p.Mesh_Node[node].X, 0.006);
+            QString::fromStdString(Format_Number(expected, 10, 2) + " oC").trimmed().toStdString());
+  EXPECT_NEAR(std::stod(w.Reading().X_Text), bilinear(x, 0.3, 0.6), 0.006);
   // Outside the mesh nothing is shown.
   w.Hover_At(2, 2);
   EXPECT_FALSE(w.Reading_Shown());
@@ -167,15 +100,10 @@ TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
   EXPECT_EQ(f.host.messages, std::vector<std::string>{"Max =< Min"});
   EXPECT_EQ(page->Scale_Maximum->text(), old_maximum);
   test::Type(page->Scale_Maximum, QString::number(hi + 100 * (hi - lo), 'g', 17));
-  const QImage flat = w.Picture_Widget()->grab().toImage();
-  int top_pixels = 0, low_pixels = 0;
-  for (int y = 0; y < flat.height() - 60; ++y)  // above the scale bar
-    for (int x = 0; x < flat.width(); ++x) {
-      top_pixels += flat.pixelColor(x, y) == Qt_Colour(ScaleColours[Scale_Band_Count]);
-      low_pixels += flat.pixelColor(x, y) == Qt_Colour(ScaleColours[1]);
-    }
-  EXPECT_EQ(top_pixels, 0);
-  EXPECT_GT(low_pixels, 1000);
+  const QImage whole = w.Picture_Widget()->grab().toImage();
+  const QImage flat = whole.copy(0, 0, whole.width(), whole.height() - 60);  // above the scale bar
+  EXPECT_EQ(test::Pixels_Of(flat, Qt_Colour(ScaleColours[Scale_Band_Count])), 0);
+  EXPECT_GT(test::Pixels_Of(flat, Qt_Colour(ScaleColours[1])), 1000);
 
   // The tab "Maturity" opens on its "Arrhenious" page: variable 2 at the same stored step.
   QTabWidget* root = w.B->SSTab1;
@@ -187,7 +115,7 @@ TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
   ASSERT_NE(sub, nullptr);
   EXPECT_EQ(w.State().CurrentVariable, 2);
   EXPECT_EQ(w.State().Buffers.Element_A, f.Read(2, middle).Element_A);
-  EXPECT_EQ(f.Time_Label(), Distribution_Title_At(2, index.Storage_Time[middle]));
+  EXPECT_EQ(w.A->Label_Title->text().toStdString(), Distribution_Title_At(2, index.Storage_Time[middle]));
   test::Take_Screenshot(w, "frmRes_maturity");
   ASSERT_TRUE(w.Show_Variable(40));
   EXPECT_EQ(root->tabText(root->currentIndex()), "D.o.h");
@@ -204,7 +132,7 @@ TEST(frmRes, ThePictureThePointerAndTheTabsShowTheStoredValues) {
 }
 
 TEST(frmRes, StepsJumpsAndTheMovieFollowTheIndex) {
-  Viewer f;
+  test::Viewer f;
   ASSERT_TRUE(f.Open());
   frmRes& w = *f.form;
   const Run_Index index = f.Index();
@@ -222,7 +150,7 @@ TEST(frmRes, StepsJumpsAndTheMovieFollowTheIndex) {
   w.Movie_Frame_Observer = nullptr;
   EXPECT_EQ(frames, (std::vector<int>{1, 2}));
   EXPECT_EQ(w.State().CurrentStored, 2);
-  EXPECT_EQ(f.Time_Label(), Distribution_Title_At(1, index.Storage_Time[2]));
+  EXPECT_EQ(w.A->Label_Title->text().toStdString(), Distribution_Title_At(1, index.Storage_Time[2]));
   EXPECT_EQ(w.State().Buffers.Node, f.Read(1, 2).Node);  // the record of the step shown
 
   w.Toolbar_Click("Maximum");

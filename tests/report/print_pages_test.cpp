@@ -16,54 +16,29 @@
 namespace pvx {
 namespace {
 
-// Fonts need a GUI application; the offscreen platform needs no display.
-void Ensure_Gui_Application() {
-  if (QGuiApplication::instance() != nullptr) return;
+TEST(Print_Pages, Date_And_Time_Read_As_The_Header_Shows_Them) {
+  EXPECT_EQ(Print_Date_Text(QDate(2024, 7, 3)) + " " + Print_Time_Text(QTime(9, 5)),
+            "Wednesday 3-7-2024 9:05");
+  EXPECT_EQ(Print_Date_Text(QDate(2023, 12, 31)) + " " + Print_Time_Text(QTime(23, 59)),
+            "Sunday 31-12-2023 23:59");
+}
+
+TEST(Print_Pages, Every_Page_Of_The_Paging_Is_Drawn) {
+  // Fonts need a GUI application; the offscreen platform needs no display.
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   static int argc = 1;
   static char name[] = "test_report";
   static char* argv[] = {name, nullptr};
-  static QGuiApplication* application = new QGuiApplication(argc, argv);
+  static const QGuiApplication* application = new QGuiApplication(argc, argv);  // kept to the end
   (void)application;
-}
-
-TEST(Print_Pages, Date_And_Time_Read_As_The_Header_Shows_Them) {
-  const struct {
-    QDateTime when;
-    const char *date, *time;
-  } cases[] = {
-      {QDateTime(QDate(2024, 7, 3), QTime(9, 5)), "Wednesday 3-7-2024", "9:05"},
-      {QDateTime(QDate(2023, 12, 31), QTime(23, 59)), "Sunday 31-12-2023", "23:59"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Print_Date_Text(c.when.date()), c.date);
-    EXPECT_EQ(Print_Time_Text(c.when.time()), c.time);
-  }
-}
-
-Print_Layout One_Table(int rows) {
-  Report_Table t;
-  t.Heading = "NODES";
-  t.Columns = {{"nr.", "", 0, 7, Cell_Align::Right}};
-  for (int r = 1; r <= rows; ++r)
-    t.Rows.push_back({std::to_string(r)});
-  return Layout_Tables({t});
-}
-
-int Pdf_Pages(const QByteArray& pdf) {
-  // Each page is one object "/Type /Page"; the page tree is "/Type /Pages".
-  int count = 0;
-  for (qsizetype at = pdf.indexOf("/Type /Page"); at >= 0; at = pdf.indexOf("/Type /Page", at + 1))
-    if (at + 11 >= pdf.size() || pdf[at + 11] != 's') ++count;
-  return count;
-}
-
-TEST(Print_Pages, Every_Page_Of_The_Paging_Is_Drawn) {
-  Ensure_Gui_Application();
   const std::vector<std::string> header{"W.PVX", "one", "two", "three", "four", " Input specification"};
   const QDateTime when(QDate(2024, 7, 3), QTime(9, 5));
   for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
     for (const int rows : {1, 150, 400}) {
+      Report_Table t;
+      t.Heading = "NODES";
+      t.Columns = {{"nr.", "", 0, 7, Cell_Align::Right}};
+      t.Rows.resize(static_cast<std::size_t>(rows), {"1"});
       QBuffer buffer;
       ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
       int pages = 0, lines = 0;
@@ -72,7 +47,7 @@ TEST(Print_Pages, Every_Page_Of_The_Paging_Is_Drawn) {
         writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), orientation, QMarginsF(15, 15, 15, 15),
                                          QPageLayout::Millimeter));
         lines = Print_Lines_Per_Page(writer, static_cast<int>(header.size()));
-        pages = Print_Pages(writer, header, One_Table(rows), when);
+        pages = Print_Pages(writer, header, Layout_Tables({t}), when);
       }
       // A table line of a size-8 font is 8 to 12 points; the page is 267 mm (757 pt) high upright
       // and 180 mm (510 pt) on its side, of which a header of six size-10 lines takes 60 to 100 pt.
@@ -80,10 +55,9 @@ TEST(Print_Pages, Every_Page_Of_The_Paging_Is_Drawn) {
       EXPECT_GE(lines, static_cast<int>((height - 100) / 12)) << orientation;
       EXPECT_LE(lines, static_cast<int>((height - 60) / 8)) << orientation;
       // The head (heading, names, units) on every page, the rows below it.
-      const int per_page = lines - 3;
-      EXPECT_EQ(pages, (rows + per_page - 1) / per_page) << rows << " rows, " << lines << " lines";
-      EXPECT_EQ(Pdf_Pages(buffer.data()), pages);
-      EXPECT_TRUE(buffer.data().startsWith("%PDF"));
+      EXPECT_EQ(pages, (rows + lines - 4) / (lines - 3)) << rows << " rows, " << lines << " lines";
+      const QByteArray pdf = buffer.data();
+      EXPECT_EQ(pdf.count("/Type /Page") - pdf.count("/Type /Pages"), pages);
     }
   }
   // Nothing to print: no page. The date, time and page number take three header lines whatever the

@@ -132,15 +132,11 @@ TEST(Determine_Intersections, NodesAndSidesOnTheLineAreCutOnce) {
       EXPECT_NEAR(spans[k].second, r.spans[k].second, 1e-12);
     }
   }
-}
-
-TEST(Determine_Intersections, ElementsAbsentAtTheTimeAreNotCut) {
-  Grid g(2, 1, false);
+  // Elements absent at the time are not cut: shown from Present_From to Present_Until, both included.
   g.p.Mesh_Element[2].Present_From = 10;
   g.p.Mesh_Element[2].Present_Until = 20;
-  // Shown from Present_From to Present_Until, both included.
-  const std::pair<double, std::vector<int>> rows[] = {{5, {1}}, {10, {1, 2}}, {20, {1, 2}}, {20.5, {1}}};
-  for (const auto& [time, expected] : rows)
+  for (const auto& [time, expected] :
+       {std::pair{5.0, std::vector{1}}, {10.0, {1, 2}}, {20.0, {1, 2}}, {20.5, {1}}})
     EXPECT_EQ(Elements_Of(Determine_Intersections(g.p, g.b, 1, time, -50, 50, 250, 50)), expected) << time;
 }
 

@@ -7,6 +7,8 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "analysis/mechanics/bar_element.h"
@@ -50,13 +52,19 @@ Support& Hold_Bar_End(Project& p, double x, double y, double angle) {
   return p.Mesh_Support.last();
 }
 
-double Mapped(const Project& p, const Mesh_Element& e, double xi, double eta, bool y) {
-  const double n[4] = {(1 - xi) * (1 - eta) / 4, (1 + xi) * (1 - eta) / 4, (1 + xi) * (1 + eta) / 4,
-                       (1 - xi) * (1 + eta) / 4};
-  double v = 0;
-  for (int c = 0; c < 4; ++c)
-    v += n[c] * (y ? p.Mesh_Node[e.Corner[c + 1]].Y : p.Mesh_Node[e.Corner[c + 1]].X);
-  return v;
+// The tangent times u against the force given back, to 1e-9 of the largest force.
+template <int N>
+void Expect_Linear(const double (&K)[N][N], const double* u, const double (&F)[N], const char* what) {
+  double largest = 0;
+  for (const double f : F)
+    largest = std::max(largest, std::fabs(f));
+  ASSERT_GT(largest, 1.0) << what;
+  for (int i = 0; i < N; ++i) {
+    double Ku = 0;
+    for (int j = 0; j < N; ++j)
+      Ku += K[i][j] * u[j];
+    EXPECT_NEAR(Ku, F[i], 1e-9 * largest) << what << " row " << i;
+  }
 }
 
 // In the elastic range of their laws a bonded bar element and a joint element are linear: the
@@ -66,6 +74,9 @@ double Mapped(const Project& p, const Mesh_Element& e, double xi, double eta, bo
 TEST(Bar_Element, TangentTimesDisplacementIsTheForceInTheElasticRange) {
   std::mt19937 random(11);
   std::uniform_real_distribution<double> small(-1e-4, 1e-4);
+  double u[12];
+  for (double& v : u)
+    v = small(random);
   const Material steel = Steel(20, 1e-5);
   Bar_Element b;
   b.Material = 1, b.Host = 1;
@@ -73,30 +84,17 @@ TEST(Bar_Element, TangentTimesDisplacementIsTheForceInTheElasticRange) {
   b.Cos = std::cos(0.5235987756), b.Sin = std::sin(0.5235987756);
   b.Area = 0.785398163 * 256, b.Perimeter = 3.141592654 * 16;
   b.Dowel_Stiffness = steel.Steel_Const_1;
-  const double n[2][4] = {{0.4, 0.3, 0.2, 0.1}, {0.1, 0.2, 0.3, 0.4}};
-  for (int end = 0; end < 2; ++end)
-    for (int i = 0; i < 4; ++i)
-      b.N[end][i] = n[end][i];
+  for (int i = 0; i < 4; ++i)
+    b.N[0][i] = 0.4 - 0.1 * i, b.N[1][i] = 0.1 + 0.1 * i;
   Set_Bar_Matrices(b);
   Bar_Steel_Stress(steel, 0, b.Steel);
   for (Bar_End_State& end : b.End)
     Bar_Bond_Stress(steel, 0, end.Bond);
-  double K[12][12], u[12], F[12];
+  double K[12][12], F[12];
   Bar_Stiffness(b, K);
-  for (double& v : u)
-    v = small(random);
   const double T[4] = {20, 20, 20, 20};
   Bar_Stresses(steel, b, u, T, T, F);
-  double largest = 0;
-  for (const double f : F)
-    largest = std::max(largest, std::fabs(f));
-  ASSERT_GT(largest, 1.0);
-  for (int i = 0; i < 12; ++i) {
-    double Ku = 0;
-    for (int j = 0; j < 12; ++j)
-      Ku += K[i][j] * u[j];
-    EXPECT_NEAR(Ku, F[i], 1e-9 * largest) << "bar row " << i;
-  }
+  Expect_Linear(K, u, F, "bar");
 
   Material joint;
   joint.Is_Interface = true;
@@ -112,47 +110,19 @@ TEST(Bar_Element, TangentTimesDisplacementIsTheForceInTheElasticRange) {
   double Kj[8][8], Fj[8];
   Interface_Stiffness(f, Kj);
   Interface_Stresses(joint, f, u, Fj);
-  largest = 0;
-  for (const double v : Fj)
-    largest = std::max(largest, std::fabs(v));
-  ASSERT_GT(largest, 1.0);
-  for (int i = 0; i < 8; ++i) {
-    double Ku = 0;
-    for (int j = 0; j < 8; ++j)
-      Ku += Kj[i][j] * u[j];
-    EXPECT_NEAR(Ku, Fj[i], 1e-9 * largest) << "joint row " << i;
-  }
-}
-
-TEST(Bar_Cutting, SortValuesOrdersLikeTheLibrary) {
-  std::mt19937 random(7);
-  std::uniform_real_distribution<double> value(-5, 5);
-  for (const int n : {1, 2, 3, 17, 100}) {
-    Table<double> t;
-    std::vector<double> expected;
-    for (int i = 0; i < n; ++i) {
-      const double v = std::round(value(random) * 4) / 4;  // with repeats
-      t.add(v);
-      expected.push_back(v);
-    }
-    Sort_Values(t, n);
-    std::sort(expected.begin(), expected.end());
-    EXPECT_EQ(t.data(), expected) << n;
-  }
+  Expect_Linear(Kj, u, Fj, "joint");
 }
 
 // A 5 x 3 grid of 100 mm elements whose top row of nodes is shifted right by 30 mm, so that the
-// elements of the top row are not rectangles. Each bar is cut at every side it crosses; the pieces run end
-// to end, keep the bar's whole length, lie in their host (the mapped ends within 0.01 mm) and share
-// the nodes where they meet.
-struct Cut_Case {
-  const char* what;
-  double x1, y1, x2, y2;
-  int pieces, free_pieces;
-};
-
+// elements of the top row are not rectangles. Each bar is cut at every side it crosses; the pieces
+// run end to end, keep the bar's whole length, lie in their host (the mapped ends within 0.01 mm)
+// and share the nodes where they meet.
 TEST(Bar_Cutting, BarsCutAtTheMeshKeepTheirLengthAndLieInTheirHosts) {
-  const Cut_Case cases[] = {
+  const struct {
+    const char* what;
+    double x1, y1, x2, y2;
+    int pieces, free_pieces;
+  } cases[] = {
       {"diagonal", 25, 40, 475, 260, 7, 0},
       {"ending on a side", 0, 50, 300, 50, 3, 0},
       {"ending just past a side", 0, 50, 300.03, 50, 3, 0},
@@ -161,7 +131,7 @@ TEST(Bar_Cutting, BarsCutAtTheMeshKeepTheirLengthAndLieInTheirHosts) {
       {"wholly outside", 700, 0, 900, 300, 1, 1},
       {"within one element", 110, 110, 160, 150, 1, 0},
   };
-  for (const Cut_Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     Project p = test::Grid(5, 3, 500, 300, test::Elastic(30000, 0.2));
     for (Mesh_Node& n : p.Mesh_Node)
@@ -179,19 +149,20 @@ TEST(Bar_Cutting, BarsCutAtTheMeshKeepTheirLengthAndLieInTheirHosts) {
       const Bar_Element& b = bars[i];
       length += b.Length;
       EXPECT_GT(b.Length, Bar_Tolerance);
-      if (i > 1) {
-        EXPECT_EQ(b.Node[0], bars[i - 1].Node[1]);
-        EXPECT_NEAR(b.X1, bars[i - 1].X2, 1e-9);
-      }
-      if (!b.Bonded()) {
-        ++free;
-        continue;
-      }
-      const Mesh_Element& host = p.Mesh_Element[b.Host];
-      for (int end = 0; end < 2; ++end) {
-        EXPECT_NEAR(Mapped(p, host, b.Xi[end], b.Eta[end], false), end == 0 ? b.X1 : b.X2, 0.01);
-        EXPECT_NEAR(Mapped(p, host, b.Xi[end], b.Eta[end], true), end == 0 ? b.Y1 : b.Y2, 0.01);
-        EXPECT_NEAR(b.N[end][0] + b.N[end][1] + b.N[end][2] + b.N[end][3], 1, 1e-12);
+      EXPECT_TRUE(i == 1 || (b.Node[0] == bars[i - 1].Node[1] && std::fabs(b.X1 - bars[i - 1].X2) < 1e-9));
+      free += !b.Bonded();
+      for (int end = 0; end < 2 && b.Bonded(); ++end) {
+        const Mesh_Element& host = p.Mesh_Element[b.Host];
+        double x = 0, y = 0, weights = 0;  // the end mapped from its host's corners
+        for (int k = 0; k < 4; ++k) {
+          const double xi = k == 1 || k == 2 ? 1 : -1, eta = k >= 2 ? 1 : -1;
+          const double n = (1 + xi * b.Xi[end]) * (1 + eta * b.Eta[end]) / 4;
+          x += n * p.Mesh_Node[host.Corner[k + 1]].X, y += n * p.Mesh_Node[host.Corner[k + 1]].Y;
+          weights += b.N[end][k];
+        }
+        EXPECT_NEAR(x, end == 0 ? b.X1 : b.X2, 0.01);
+        EXPECT_NEAR(y, end == 0 ? b.Y1 : b.Y2, 0.01);
+        EXPECT_NEAR(weights, 1, 1e-12);
       }
     }
     EXPECT_NEAR(length, std::hypot(c.x2 - c.x1, c.y2 - c.y1), 1e-9);
@@ -226,19 +197,21 @@ TEST(Bar_Cutting, MoreBarElementsThanTheAnalysisHoldsAreRefused) {
   std::string message;
   EXPECT_FALSE(Set_Mechanical_Mesh(p, message));
   EXPECT_NE(message.find("more than 25000 bar elements"), std::string::npos) << message;
-  EXPECT_EQ(p.Mesh_Rebar.count(), 1);
-  EXPECT_EQ(p.Doubled_Node_Count, 7);
+  EXPECT_EQ(std::tuple(p.Mesh_Rebar.count(), p.Doubled_Node_Count), std::tuple(1, 7));
   p.Rebar.resize(2);
   ASSERT_TRUE(Set_Mechanical_Mesh(p, message));
-  EXPECT_EQ(p.Mesh_Rebar.count(), 200);
-  EXPECT_EQ(p.Doubled_Node_Count, 202);
+  EXPECT_EQ(std::tuple(p.Mesh_Rebar.count(), p.Doubled_Node_Count), std::tuple(200, 202));
 }
 
-// Runs a project through one step of an hour with tight limits.
-std::unique_ptr<test::Mechanical_Run> Run_Step(const Project& p, double dT = 0) {
+// A run for steps of an hour with tight limits.
+std::unique_ptr<test::Mechanical_Run> Tight_Run(const Project& p) {
   auto r = std::make_unique<test::Mechanical_Run>(p);
   r->run.Mechanical_Iteration_Limit = 1000;
   r->run.Mechanical_Limits[0] = r->run.Mechanical_Limits[1] = r->run.Mechanical_Limits[2] = 1e-12;
+  return r;
+}
+std::unique_ptr<test::Mechanical_Run> Run_Step(const Project& p, double dT = 0) {
+  auto r = Tight_Run(p);
   EXPECT_EQ(r->Step(p, dT), Mechanical_Step::Converged) << r->message;
   return r;
 }
@@ -258,40 +231,37 @@ TEST(Bar_Mesh, ABarUnderUniformStrainCarriesEsTimesTheStrainFromWhenItIsPlaced) 
     SCOPED_TRACE(placing.from);
     Project p = test::Grid(4, 2, 400, 200, test::Elastic(30000, 0), 100);
     Add_Bar(p, -10, 70, 410, 70).From = placing.from;
-    std::vector<int> moved;  // functions moved with the strain, each by its distance from x = 0
-    std::vector<double> distance;
+    std::vector<std::pair<int, double>> moved;  // functions moved with the strain, by their x
     auto prescribed = [&](Support& s, double x) {
       test::Prescribe(p, s, 0);
-      moved.push_back(s.Displacement_Function);
-      distance.push_back(x);
+      moved.emplace_back(s.Displacement_Function, x);
     };
     for (int j = 0; j <= 2; ++j) {
       test::Hold(p, test::Node_Of(2, 0, j), 0);
       prescribed(test::Hold(p, test::Node_Of(2, 4, j), 180), 400);
     }
     test::Hold(p, 1, 90);
-    prescribed(Hold_Bar_End(p, -10, 70, 180), -10);
-    prescribed(Hold_Bar_End(p, 410, 70, 180), 410);
-    Hold_Bar_End(p, -10, 70, 90);
-    Hold_Bar_End(p, 410, 70, 90);
-    test::Mechanical_Run r(p);
-    r.run.Mechanical_Iteration_Limit = 1000;
-    r.run.Mechanical_Limits[0] = r.run.Mechanical_Limits[1] = r.run.Mechanical_Limits[2] = 1e-12;
-    ASSERT_EQ(r.run.Mechanics.Bars.count(), 6);
+    for (const double x : {-10, 410}) {
+      prescribed(Hold_Bar_End(p, x, 70, 180), x);
+      Hold_Bar_End(p, x, 70, 90);
+    }
+    const auto r = Tight_Run(p);
+    ASSERT_EQ(r->run.Mechanics.Bars.count(), 6);
     const double strains[3] = {5e-4, 5e-4, 7.5e-4};
     for (int step = 0; step < 3; ++step) {
       SCOPED_TRACE(step + 1);
-      for (std::size_t k = 0; k < moved.size(); ++k)
-        p.Displacement_Functions[moved[k]].Constant_Value = strains[step] * distance[k];
-      r.run.Mid_Step_Time = step + 0.5;
-      Set_Free_Strains(p, r.run);
-      ASSERT_EQ(Solve_Mechanical_Step(p, r.run, r.host, 1, step + 1, r.message), Mechanical_Step::Converged);
-      for (const Bar_Element& b : r.run.Mechanics.Bars) {
+      for (const auto& [function, x] : moved)
+        p.Displacement_Functions[function].Constant_Value = strains[step] * x;
+      r->run.Mid_Step_Time = step + 0.5;
+      Set_Free_Strains(p, r->run);
+      ASSERT_EQ(Solve_Mechanical_Step(p, r->run, r->host, 1, step + 1, r->message),
+                Mechanical_Step::Converged);
+      for (const Bar_Element& b : r->run.Mechanics.Bars) {
         EXPECT_NEAR(b.Steel.Stress, placing.stresses[step], 0.1) << b.X1;
         for (const Bar_End_State& end : b.End)
           EXPECT_NEAR(end.Slip, 0, 1e-4) << b.X1;
       }
-      Update_Mechanical_End_Of_Step(p, r.run);
+      Update_Mechanical_End_Of_Step(p, r->run);
     }
   }
 }
@@ -301,7 +271,6 @@ TEST(Bar_Mesh, ABarUnderUniformStrainCarriesEsTimesTheStrainFromWhenItIsPlaced) 
 // in the middle E_s alpha_c dT / (1 + n rho) = 40 / (1 + 6.67 x 0.01) = 37.5 MPa.
 TEST(Bar_Mesh, ABarExpandsWithItsHostByItsOwnDilatancy) {
   for (const double alpha : {1e-5, 0.0}) {
-    SCOPED_TRACE(alpha);
     Project p = test::Grid(4, 2, 400, 200, test::Elastic(30000, 0, 1e-5), 100);
     p.Material.add(Steel(2000, alpha));
     Add_Bar(p, 20, 70, 380, 70);
@@ -309,14 +278,13 @@ TEST(Bar_Mesh, ABarExpandsWithItsHostByItsOwnDilatancy) {
     test::Hold(p, 1, 90);
     test::Hold(p, test::Node_Of(2, 4, 0), 90);
     const auto r = Run_Step(p, 20);
-    const Mechanical_State& m = r->run.Mechanics;
     double largest = 0;
-    for (const Bar_Element& b : m.Bars)
+    for (const Bar_Element& b : r->run.Mechanics.Bars)
       largest = std::max(largest, std::fabs(b.Steel.Stress));
     if (alpha > 0) {
       EXPECT_LT(largest, 1e-6);
     } else {
-      EXPECT_NEAR(m.Bars[3].Steel.Stress, 37.5, 1.0);
+      EXPECT_NEAR(r->run.Mechanics.Bars[3].Steel.Stress, 37.5, 1.0);
     }
   }
 }
@@ -339,10 +307,7 @@ TEST(Bar_Mesh, PullOutFollowsTheShearLagSolution) {
     SCOPED_TRACE(f.elements);
     Project p = test::Grid(f.elements, 2, 500, 100, test::Elastic(1e9, 0), 200);
     Add_Bar(p, -20, 30, 500, 30);
-    for (int j = 0; j <= 2; ++j) {
-      test::Hold(p, test::Node_Of(2, f.elements, j), 0);
-      test::Hold(p, test::Node_Of(2, f.elements, j), 90);
-    }
+    test::Hold_Column(p, 2, f.elements, {0, 90});
     test::Prescribe(p, Hold_Bar_End(p, -20, 30, 0), 0.2);  // moved to -0.2 mm
     Hold_Bar_End(p, -20, 30, 90);
     const auto r = Run_Step(p);
@@ -359,14 +324,12 @@ TEST(Bar_Mesh, PullOutFollowsTheShearLagSolution) {
     EXPECT_LT(force_error, f.force);
     force_errors.push_back(force_error);
     double slip_error = 0;
-    for (int i = 2; i <= m.Bars.count(); ++i) {
-      const Bar_Element& b = m.Bars[i];
+    for (int i = 2; i <= m.Bars.count(); ++i)
       for (int end = 0; end < 2; ++end) {
-        const double x = end == 0 ? b.X1 : b.X2;
-        slip_error = std::max(slip_error,
-                              std::fabs(-b.End[end].Slip / s0 - std::cosh(w * (L - x)) / std::cosh(w * L)));
+        const double x = end == 0 ? m.Bars[i].X1 : m.Bars[i].X2;
+        slip_error = std::max(
+            slip_error, std::fabs(-m.Bars[i].End[end].Slip / s0 - std::cosh(w * (L - x)) / std::cosh(w * L)));
       }
-    }
     EXPECT_LT(slip_error, f.slip);
   }
   ASSERT_EQ(force_errors.size(), 3u);

@@ -5,46 +5,28 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 
 namespace pvx {
 namespace {
 
+// Joint data from index `first` on.
+Material Joint(int type, int first, std::initializer_list<double> values) {
+  Material m;
+  m.Is_Interface = true;
+  m.Interface_Type = static_cast<std::int16_t>(type);
+  for (const double v : values)
+    m.Interface_Data[static_cast<std::size_t>(first++)] = v;
+  return m;
+}
 // Type A: ft 2 MPa, s1 at 0.25 ft, w1 0.05, w2 0.3 mm, friction 30 degrees, slip limit 1 mm,
 // stiffnesses 100 and 50 N/mm3: e0 = 0.02, e1 = 0.07, e2 = 0.32 mm, s1 = 0.5 MPa.
 Material Type_A(double max_slip = 1) {
-  Material m;
-  m.Is_Interface = true;
-  m.Interface_Type = 1;
-  const double values[] = {2, 0.25, 0.05, 0.3, 30, max_slip, 100, 50};
-  for (int i = 0; i < 8; ++i)
-    m.Interface_Data[static_cast<std::size_t>(i + 1)] = values[i];
-  return m;
+  return Joint(1, 1, {2, 0.25, 0.05, 0.3, 30, max_slip, 100, 50});
 }
-
-// Type C with the same curve as a table: (0.02, 2), then 0.05 and 0.3 mm further, (0.5, 0).
-Material Type_C() {
-  Material m;
-  m.Is_Interface = true;
-  m.Interface_Type = 3;
-  const double values[] = {30, 1, 100, 50};
-  for (int i = 0; i < 4; ++i)
-    m.Interface_Data[static_cast<std::size_t>(31 + i)] = values[i];
-  m.Interface_Data[40] = 3;
-  const double points[] = {0.02, 2, 0.05, 0.5, 0.3, 0};
-  for (int i = 0; i < 6; ++i)
-    m.Interface_Data[static_cast<std::size_t>(41 + i)] = points[i];
-  return m;
-}
-
-Material Type_B() {
-  Material m;
-  m.Is_Interface = true;
-  m.Interface_Type = 2;
-  m.Interface_Data[21] = 100;
-  m.Interface_Data[22] = 50;
-  m.Interface_Data[23] = 0.6;
-  return m;
-}
+// Type C with the same curve as a table of 3 points: (0.02, 2), then 0.05 and 0.3 mm further, (0.5, 0).
+const Material Type_C = Joint(3, 31, {30, 1, 100, 50, 0, 0, 0, 0, 0, 3, 0.02, 2, 0.05, 0.5, 0.3, 0});
+const Material Type_B = Joint(2, 21, {100, 50, 0.6});
 
 struct Step {
   double u_n, u_s;
@@ -72,7 +54,7 @@ TEST(Interface_Law, TensionOpensAlongTheSofteningCurveAndUnloadsOnTheSecant) {
   // back to 0.02 on that secant; 0.2 on the second branch, 0.5 x 0.12 / 0.25 = 0.24; nothing
   // beyond 0.32; closed at exactly 1e-5 mm; compression on the normal stiffness.
   const double secant = 1.25 / 0.045;
-  for (const Material& m : {Type_A(), Type_C()}) {
+  for (const Material& m : {Type_A(), Type_C}) {
     SCOPED_TRACE(m.Interface_Type == 1 ? "bilinear" : "table");
     Follow(m, {{0.01, 0, 1.0, 100, 0, 0},
                {0.045, 0, 1.25, secant, 0, 0},
@@ -86,8 +68,8 @@ TEST(Interface_Law, TensionOpensAlongTheSofteningCurveAndUnloadsOnTheSecant) {
   // its slip starts from where it stands (0.003): closed again at 1e-5 mm and slip 0 it holds at
   // most 0.6 x 1e-3 MPa, so it slides back to 0.0006 / 50 short of 0.
   Follow(Type_A(0), {{0.01, 0, 0, 0, 0, 0}});
-  Follow(Type_B(), {{0.01, 0.003, 0, 0, 0, 0.003}, {1e-5, 0, 1e-3, 100, -0.0006, 0.0006 / 50}});
-  Follow(Type_B(), {{2e-5, 0, 0, -1, 0, 0}});  // just past contact: open
+  Follow(Type_B, {{0.01, 0.003, 0, 0, 0, 0.003}, {1e-5, 0, 1e-3, 100, -0.0006, 0.0006 / 50}});
+  Follow(Type_B, {{2e-5, 0, 0, -1, 0, 0}});  // just past contact: open
 }
 
 TEST(Interface_Law, ShearOfAClosedJointFollowsCohesionAndFriction) {
@@ -102,7 +84,7 @@ TEST(Interface_Law, ShearOfAClosedJointFollowsCohesionAndFriction) {
           {-0.01, 0.1, -1, 100, limit, plastic},
           {-0.01, 0.08, -1, 100, (0.08 - plastic) * 50, plastic},
           {-0.01, -0.2, -1, 100, -(0.8 * 2 * 0.866025 + 0.577350), -0.2 + (1.6 * 0.866025 + 0.577350) / 50}});
-  Follow(Type_B(), {{-0.01, 0.005, -1, 100, 0.25, 0}, {-0.01, 0.02, -1, 100, 0.6, 0.02 - 0.6 / 50}});
+  Follow(Type_B, {{-0.01, 0.005, -1, 100, 0.25, 0}, {-0.01, 0.02, -1, 100, 0.6, 0.02 - 0.6 / 50}});
 
   // A slip of half the limit halves the strength and its softening: ft' = 1, e0 = 0.01, e1 = 0.06,
   // s1' = 0.25. Pressed, the joint slides at 0.86603 + 0.57735; then opened to 0.045 it holds
