@@ -616,7 +616,7 @@ std::vector<std::string> Printout_Header(const Project& p) {
   std::vector<std::string> lines{std::filesystem::path(p.Project_File).filename().string()};
   for (const std::string& text : p.Project_Text)
     lines.push_back(text);
-  lines.push_back(" Input specification");
+  lines.push_back(" Input data");
   return lines;
 }
 

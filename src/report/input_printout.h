@@ -109,7 +109,7 @@ struct Report_Table {
 std::vector<Report_Table> Input_Tables(const Project& p, const Print_Selection& selection, bool metric);
 
 // The header block of every page: the project's title (the project file's name), its four
-// description lines and " Input specification".
+// description lines and " Input data".
 std::vector<std::string> Printout_Header(const Project& p);
 
 // What a line of the printout is, for the paging.

@@ -31,7 +31,7 @@ TEST(Print_Pages, Every_Page_Of_The_Paging_Is_Drawn) {
   static char* argv[] = {name, nullptr};
   static const QGuiApplication* application = new QGuiApplication(argc, argv);  // kept to the end
   (void)application;
-  const std::vector<std::string> header{"W.PVX", "one", "two", "three", "four", " Input specification"};
+  const std::vector<std::string> header{"W.PVX", "one", "two", "three", "four", " Input data"};
   const QDateTime when(QDate(2024, 7, 3), QTime(9, 5));
   for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
     for (const int rows : {1, 150, 400}) {
